@@ -9,8 +9,15 @@ namespace pl::assistant {
 // before the folder is read, so the read sees the folder as it was at the stamp or later. Any
 // change of the entry list after the stamp (including one that raced with the read) makes
 // changedSince true, and the folder is read again. So while changedSince is false, the list is
-// the one the remembered read saw, and findFirst would answer the same. When no stamp can be had,
-// nothing is remembered and the folder is read every time.
+// the one the remembered read saw, and findFirst would answer the same.
+//
+// A remembered "no match" survives changes of entries whose names do not match the pattern: an
+// entry that matches can only appear by being created or renamed under its own name, which
+// changedFor reports. Other users' jobs arriving in a shared folder thus cost nothing. A
+// remembered match is re-read on any change, because whether it is still the first one listed
+// depends on directory order, which the file system may rearrange as other entries come and go.
+//
+// When no stamp can be had, nothing is remembered and the folder is read every time.
 
 std::pair<std::string, std::string> splitSearchPath(std::string_view searchPath) {
     const auto cut = searchPath.rfind(platform::PathSep);
@@ -38,8 +45,15 @@ std::string FolderSearch::firstMatch(const std::string& folder, const std::strin
     key.append(pattern);
 
     auto it = remembered_.find(key);
-    if (it != remembered_.end() && !changes_->changedSince(it->second.stamp))
-        return it->second.name;
+    if (it != remembered_.end()) {
+        Remembered& r = it->second;
+        const bool changed =
+            r.name.empty() ? changes_->changedFor(
+                                 r.stamp, [&](std::string_view name) { return platform::wildcardMatch(pattern, name); })
+                           : changes_->changedSince(r.stamp);
+        if (!changed)
+            return r.name;
+    }
 
     const auto stamp = changes_->stamp(folder); // before the read, never after
     std::string name = freshFirstMatch(folder, pattern);

@@ -7,6 +7,7 @@
 // FindFirstChangeNotification on Windows).
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -35,6 +36,13 @@ public:
     // renamed, the folder itself was not deleted, moved, replaced or changed in its attributes, and
     // no notification was lost. True in every other case, and for a stamp this object never gave.
     virtual bool changedSince(const FolderStamp& stamp) = 0;
+
+    // The same question, narrowed to entries whose names `matters` accepts: true when, since
+    // `stamp`, an entry of such a name was created, deleted or renamed (from or to such a name),
+    // the folder itself changed, or notifications were lost. Changes of other entries do not
+    // count. When nothing counted, `stamp` is moved on to now, so that the next question starts
+    // from here. A system whose notifications do not name the entries answers as changedSince.
+    virtual bool changedFor(FolderStamp& stamp, const std::function<bool(std::string_view name)>& matters) = 0;
 };
 
 // The operating system's implementation.

@@ -122,6 +122,39 @@ TEST(folder_search, several_searches_share_a_watch_and_stay_independent) {
     EXPECT_EQ(s.search.scans(), scans);
 }
 
+TEST(folder_search, a_remembered_miss_ignores_other_names_and_sees_its_own) {
+    Searching s;
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    const auto scans = s.search.scans();
+    for (int i = 0; i < 50; ++i) {
+        touch(s.folder + "bob" + std::to_string(i) + ".ps");
+        fs::rename(s.folder + "bob" + std::to_string(i) + ".ps", s.folder + "carol" + std::to_string(i) + ".ps");
+        EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    }
+    EXPECT_EQ(s.search.scans(), scans) << "other users' jobs cost no read";
+    fs::rename(s.folder + "carol7.ps", s.folder + "ALICE7.PS");
+    s.expectFresh("alice*.ps", "renamed to a matching name");
+
+    // A remembered match is read again on any change: which match is listed first is the file
+    // system's business.
+    const auto before = s.search.scans();
+    touch(s.folder + "dave1.ps");
+    s.expectFresh("alice*.ps", "another name beside a match");
+    EXPECT_EQ(s.search.scans(), before + 1);
+}
+
+TEST(folder_search, a_miss_older_than_the_kept_changes_is_read_again) {
+    Searching s;
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    for (int i = 0; i < 5000; ++i)
+        touch(s.folder + "bob" + std::to_string(i) + ".ps");
+    const auto scans = s.search.scans();
+    s.expectFresh("alice*.ps", "thousands of changes");
+    EXPECT_EQ(s.search.scans(), scans + 1);
+    touch(s.folder + "alice1.ps");
+    s.expectFresh("alice*.ps", "and then a match");
+}
+
 TEST(folder_search, a_search_path_splits_after_its_last_separator) {
     EXPECT_EQ(assistant::splitSearchPath("/spool/alice*.ps"),
               std::make_pair(std::string("/spool/"), std::string("alice*.ps")));

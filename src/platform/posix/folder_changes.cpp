@@ -8,6 +8,10 @@
 // event in it (a parent folder renamed, another folder mounted or moved into its path) are caught by
 // comparing the folder's device and inode numbers on every question. Network and user-space file
 // systems do not report changes made elsewhere, so folders on them are never watched.
+//
+// Each watch keeps the names of its most recent events, so that a question about some entries can
+// ignore changes of others (on a terminal server, the other users' jobs arriving in the shared
+// spool folder). When the names asked about are older than what is kept, the answer is "changed".
 
 #include "platform/folder_changes.h"
 
@@ -18,6 +22,7 @@
 
 #include <array>
 #include <cerrno>
+#include <deque>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -61,6 +66,10 @@ std::optional<Identity> folderIdentity(const std::string& path) {
     return Identity{st.st_dev, st.st_ino};
 }
 
+// How many event names a watch keeps; a question whose stamp is older than that is answered
+// "changed". A second's worth of events on a busy spool folder fits easily.
+constexpr std::size_t KeptEvents = 4096;
+
 constexpr std::uint32_t WatchMask =
     IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_ATTRIB | IN_ONLYDIR;
 
@@ -89,13 +98,22 @@ public:
     }
 
     bool changedSince(const FolderStamp& stamp) override {
-        if (fd_ < 0 || stamp.watch == 0 || stamp.watch > watches_.size())
+        const Watch* w = current(stamp);
+        return !w || w->generation != stamp.generation;
+    }
+
+    bool changedFor(FolderStamp& stamp, const std::function<bool(std::string_view)>& matters) override {
+        const Watch* w = current(stamp);
+        if (!w || w->generation < stamp.generation)
             return true;
-        drain();
-        const Watch& w = watches_[stamp.watch - 1];
-        if (!w.alive || w.generation != stamp.generation)
-            return true;
-        return folderIdentity(w.path) != w.identity;
+        const std::uint64_t missed = w->generation - stamp.generation;
+        if (missed > w->events.size())
+            return true; // older than what is kept: nobody can say what changed
+        for (auto it = w->events.end() - static_cast<std::ptrdiff_t>(missed); it != w->events.end(); ++it)
+            if (!it->has_value() || matters(**it))
+                return true;
+        stamp.generation = w->generation;
+        return false;
     }
 
 private:
@@ -103,9 +121,29 @@ private:
         int wd = -1;
         std::string path;
         Identity identity;
-        std::uint64_t generation = 0;
+        std::uint64_t generation = 0; // one per event
         bool alive = false;
+        // The names of the latest events, oldest first; nothing for an event of the folder itself.
+        std::deque<std::optional<std::string>> events;
     };
+
+    // The watch of `stamp` after reading the queue, when it still watches what its path names.
+    const Watch* current(const FolderStamp& stamp) {
+        if (fd_ < 0 || stamp.watch == 0 || stamp.watch > watches_.size())
+            return nullptr;
+        drain();
+        const Watch& w = watches_[stamp.watch - 1];
+        if (!w.alive || folderIdentity(w.path) != w.identity)
+            return nullptr;
+        return &w;
+    }
+
+    static void record(Watch& w, std::optional<std::string> name) {
+        ++w.generation;
+        w.events.push_back(std::move(name));
+        if (w.events.size() > KeptEvents)
+            w.events.pop_front();
+    }
 
     std::optional<FolderStamp> addWatch(const std::string& path) {
         const auto before = folderIdentity(path);
@@ -121,7 +159,7 @@ private:
             releaseIfUnused(wd);
             return std::nullopt;
         }
-        watches_.push_back(Watch{wd, path, *before, 0, true});
+        watches_.push_back(Watch{wd, path, *before, 0, true, {}});
         const std::size_t index = watches_.size() - 1;
         byPath_[path] = index;
         byWd_.emplace(wd, index);
@@ -171,16 +209,19 @@ private:
         if (event.mask & IN_Q_OVERFLOW) {
             // Events were lost: nobody can say which folder changed, so every folder did.
             for (auto& w : watches_)
-                ++w.generation;
+                record(w, std::nullopt);
             return;
         }
         auto range = byWd_.equal_range(event.wd);
         std::vector<std::size_t> affected;
         for (auto it = range.first; it != range.second; ++it)
             affected.push_back(it->second);
+        std::optional<std::string> name;
+        if (event.len > 0 && event.name[0] != '\0')
+            name.emplace(event.name);
         for (std::size_t index : affected) {
             Watch& w = watches_[index];
-            ++w.generation;
+            record(w, name);
             if (event.mask & IN_IGNORED) {
                 // The kernel ended the watch (folder deleted, file system unmounted).
                 w.alive = false;
