@@ -59,18 +59,11 @@ public:
         case Kind::Literal:
             return n < name_.size() && name_[n] == token.c && matches(t + 1, n + 1);
         case Kind::Star:
-            for (std::size_t k = n; k <= name_.size(); ++k)
-                if (matches(t + 1, k))
-                    return true;
-            return false;
+            // Either the star ends here or it takes one more character.
+            return matches(t + 1, n) || (n < name_.size() && matches(t, n + 1));
         case Kind::StarBeforeDot:
-            for (std::size_t k = n; k <= name_.size(); ++k) {
-                if (matches(t + 1, k))
-                    return true;
-                if (k == lastDot_)
-                    break; // may not swallow the last dot of the name
-            }
-            return false;
+            // Likewise, but it may not swallow the last dot of the name.
+            return matches(t + 1, n) || (n < name_.size() && n != lastDot_ && matches(t, n + 1));
         case Kind::QuestionMark:
             if (n < name_.size() && name_[n] != U'.')
                 return matches(t + 1, n + 1);
