@@ -185,18 +185,6 @@ TEST(file_system, rename_moves_a_file_to_another_file_system) {
     EXPECT_EQ(dir.read("taken.ps"), "stays");
 }
 
-TEST(file_system, remove_deletes_files_only) {
-    TempDir dir;
-    dir.write("Job.ps", "x");
-    fs::create_directory(dir.path() / "folder");
-    PosixFileSystem files;
-    EXPECT_TRUE(files.remove(dir.folder() + "job.ps"));
-    EXPECT_FALSE(dir.exists("Job.ps"));
-    EXPECT_FALSE(files.remove(dir.folder() + "job.ps"));
-    EXPECT_FALSE(files.remove(dir.folder() + "folder"));
-    EXPECT_TRUE(dir.exists("folder"));
-}
-
 TEST(file_system, create_folder_makes_parents_and_reuses_other_spellings) {
     TempDir dir;
     fs::create_directory(dir.path() / "Paperlark");
@@ -209,11 +197,16 @@ TEST(file_system, create_folder_makes_parents_and_reuses_other_spellings) {
     EXPECT_FALSE(files.createFolder(dir.folder() + "file/sub"));
 }
 
-TEST(file_system, remove_folder_removes_only_empty_folders) {
+TEST(file_system, files_and_empty_folders_are_removed_each_by_their_own_call) {
     TempDir dir;
+    dir.write("Job.ps", "x");
     dir.write("full/x", "");
     fs::create_directory(dir.path() / "Empty");
     PosixFileSystem files;
+    EXPECT_TRUE(files.remove(dir.folder() + "job.ps"));
+    EXPECT_FALSE(dir.exists("Job.ps"));
+    EXPECT_FALSE(files.remove(dir.folder() + "job.ps"));
+    EXPECT_FALSE(files.remove(dir.folder() + "empty"));
     EXPECT_FALSE(files.removeFolder(dir.folder() + "full"));
     EXPECT_TRUE(dir.exists("full/x"));
     EXPECT_TRUE(files.removeFolder(dir.folder() + "empty"));

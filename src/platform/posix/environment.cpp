@@ -8,12 +8,12 @@ extern char** environ;
 
 namespace pl::platform::posix {
 
-namespace {
-
-std::string exactValue(const std::string& name) {
-    const char* value = std::getenv(name.c_str());
+std::string envValue(const char* name) {
+    const char* value = std::getenv(name);
     return value ? std::string(value) : std::string();
 }
+
+namespace {
 
 // Windows names ignore case, so "USERNAME" or "Temp" set by a script count as well.
 std::string anyCaseValue(std::string_view name) {
@@ -30,7 +30,7 @@ std::string anyCaseValue(std::string_view name) {
 
 std::string firstSet(std::initializer_list<const char*> names) {
     for (const char* name : names) {
-        std::string value = exactValue(name);
+        std::string value = envValue(name);
         if (!value.empty())
             return value;
     }
@@ -42,16 +42,16 @@ std::string localCounterpart(const std::string& lowerName) {
     if (lowerName == "username")
         return firstSet({"USER", "LOGNAME"});
     if (lowerName == "userprofile")
-        return exactValue("HOME");
+        return envValue("HOME");
     if (lowerName == "temp" || lowerName == "tmp") {
-        const std::string tmpdir = exactValue("TMPDIR");
+        const std::string tmpdir = envValue("TMPDIR");
         return tmpdir.empty() ? "/tmp" : tmpdir;
     }
     if (lowerName == "localappdata") {
-        const std::string data = exactValue("XDG_DATA_HOME");
+        const std::string data = envValue("XDG_DATA_HOME");
         if (!data.empty())
             return data;
-        const std::string home = exactValue("HOME");
+        const std::string home = envValue("HOME");
         return home.empty() ? std::string() : home + "/.local/share";
     }
     // "windir" and everything else: no such thing here.
@@ -66,7 +66,7 @@ std::string PosixEnvironment::get(std::string_view name) const {
     const std::string key(name);
     if (key.empty() || key.find('=') != std::string::npos)
         return {};
-    std::string value = exactValue(key);
+    std::string value = envValue(key.c_str());
     if (value.empty())
         value = anyCaseValue(key);
     if (value.empty())

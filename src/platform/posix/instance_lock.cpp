@@ -11,11 +11,6 @@ namespace pl::platform::posix {
 
 namespace {
 
-std::string envValue(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? std::string(value) : std::string();
-}
-
 // Only harmless characters in the lock file's name: a display is ":0" or "host:0.0" and a name
 // given by the caller could hold anything.
 std::string fileNamePart(std::string_view text) {

@@ -17,6 +17,9 @@
 
 namespace pl::platform::posix {
 
+// The environment variable exactly as named, or the empty text when it is not set.
+std::string envValue(const char* name);
+
 class PosixEnvironment : public Environment {
 public:
     std::string get(std::string_view name) const override;

@@ -1,4 +1,5 @@
 #include "platform/posix/xdg_dirs.h"
+#include "platform/posix/posix_services.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -10,11 +11,6 @@
 namespace pl::platform::posix {
 
 namespace {
-
-std::string envValue(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? std::string(value) : std::string();
-}
 
 std::string withoutTrailingSlash(std::string path) {
     while (path.size() > 1 && path.back() == '/')
