@@ -67,6 +67,22 @@ TEST(processes, a_program_that_does_not_exist_gives_no_process) {
     EXPECT_FALSE(processes.start("  ", WindowStyle::NormalFocus));
 }
 
+TEST(processes, a_windows_program_name_finds_the_installed_program) {
+    TempDir dir;
+    std::filesystem::create_directory(dir.path() / "suite");
+    std::filesystem::create_symlink(helperProgram(), dir.path() / "suite" / "paperlark-helper");
+    PosixProcesses processes;
+    const std::string record = dir.folder() + "argv";
+    const auto pid = processes.start(quoteArgument(dir.folder() + "Suite/Paperlark-Helper.EXE") + " argv " +
+                                         quoteArgument(record) + " /3",
+                                     WindowStyle::Hide);
+    ASSERT_TRUE(pid.has_value());
+    const auto recorded = waitForFile(record);
+    ASSERT_TRUE(recorded.has_value());
+    EXPECT_EQ(splitRecordedWords(*recorded), std::vector<std::string>{"/3"});
+    EXPECT_FALSE(processes.start(quoteArgument(dir.folder() + "suite/Other.exe"), WindowStyle::Hide));
+}
+
 TEST(processes, the_working_folder_is_honoured) {
     TempDir dir;
     std::filesystem::create_directory(dir.path() / "Work Folder");

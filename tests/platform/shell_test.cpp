@@ -80,6 +80,19 @@ TEST(shell, a_program_runs_with_its_parameters_in_the_given_folder) {
     EXPECT_EQ(std::filesystem::canonical(*cwd), std::filesystem::canonical(dir.path() / "work"));
 }
 
+TEST(shell, a_windows_program_name_finds_the_installed_program) {
+    TempDir dir;
+    std::filesystem::create_symlink(helperProgram(), dir.path() / "plconfig");
+    PosixProcesses processes;
+    PosixShell shell(processes);
+    const std::string record = dir.folder() + "argv";
+    ASSERT_TRUE(shell.execute("open", dir.folder() + "plconfig.exe", "argv " + quoteArgument(record) + " /user", "",
+                              WindowStyle::NormalFocus));
+    const auto recorded = waitForFile(record);
+    ASSERT_TRUE(recorded.has_value());
+    EXPECT_EQ(splitRecordedWords(*recorded), Words{"/user"});
+}
+
 TEST(shell, a_program_name_is_looked_up_on_the_search_path) {
     RecordingOpener opener; // puts a program called "xdg-open" first on the path
     PosixProcesses processes;

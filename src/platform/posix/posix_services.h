@@ -54,7 +54,7 @@ public:
     ProcessId currentId() const override;
 
     // Starts `argv[0]` (looked up on PATH when it holds no "/") with exactly these words, in
-    // `folder` when it is not empty.
+    // `folder` when it is not empty. A missing "Name.exe" is looked for as "name".
     std::optional<ProcessId> spawn(const std::vector<std::string>& argv, std::string_view folder);
 
 private:

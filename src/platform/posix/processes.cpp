@@ -1,3 +1,4 @@
+#include "base/text.h"
 #include "platform/command_line.h"
 #include "platform/posix/posix_services.h"
 
@@ -24,6 +25,15 @@ std::string absoluteProgram(const std::string& program) {
         return resolved;
     char cwd[4096];
     return ::getcwd(cwd, sizeof cwd) ? std::string(cwd) + "/" + resolved : resolved;
+}
+
+// The suite's programs are installed under their Windows names in lower case without ".exe"
+// ("Paperlark.exe" is "paperlark"), so a command line written for Windows finds them too.
+std::string posixProgramName(const std::string& program) {
+    const std::size_t nameStart = program.rfind('/') + 1; // 0 when there is no folder part
+    const std::string name = text::toLower(program.substr(nameStart, program.size() - nameStart - 4));
+    // A bare name is looked up on the search path, never in the current folder.
+    return nameStart == 0 ? name : resolvePathCase(program.substr(0, nameStart) + name);
 }
 
 class SpawnSettings {
@@ -65,7 +75,6 @@ std::optional<ProcessId> PosixProcesses::spawn(const std::vector<std::string>& w
     if (words.empty() || words[0].empty())
         return std::nullopt;
     std::vector<std::string> args = words;
-    args[0] = absoluteProgram(words[0]);
     std::vector<char*> argv;
     for (std::string& arg : args) {
         // A word cannot carry a zero character to another program.
@@ -82,8 +91,15 @@ std::optional<ProcessId> PosixProcesses::spawn(const std::vector<std::string>& w
     // glibc's posix_spawnp waits until the child has run exec and reports its failure (a missing
     // program, a folder that cannot be entered) as its own result, so a program that does not exist
     // gives no process id rather than a child that ends at once.
+    const auto run = [&](const std::string& program, pid_t& pid) {
+        return ::posix_spawnp(&pid, program.c_str(), settings.actions(), settings.attributes(), argv.data(), environ);
+    };
     pid_t pid = 0;
-    if (::posix_spawnp(&pid, argv[0], settings.actions(), settings.attributes(), argv.data(), environ) != 0)
+    const std::string program = absoluteProgram(words[0]);
+    int error = run(program, pid);
+    if (error == ENOENT && text::iendsWith(program, ".exe"))
+        error = run(posixProgramName(program), pid);
+    if (error != 0)
         return std::nullopt;
 
     std::lock_guard lock(mutex_);

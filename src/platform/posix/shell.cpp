@@ -72,8 +72,9 @@ bool PosixShell::execute(std::string_view verb, std::string_view file, std::stri
 
     const std::string path = locate(file, folder);
     if (path.empty()) {
-        // Not a file here: a program name to be looked up on the search path.
-        if (file.find('/') != std::string_view::npos)
+        // Not a file here: a program name to be looked up on the search path, or a Windows program
+        // name whose installed counterpart the process starter knows how to find.
+        if (file.find('/') != std::string_view::npos && !text::iendsWith(file, ".exe"))
             return false;
         return processes_.spawn(programWords(std::string(file), parameters), folder).has_value();
     }
