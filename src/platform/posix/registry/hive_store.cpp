@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace pl::platform::posix {
@@ -15,12 +16,6 @@ namespace {
 // Hives that did not exist yet are readable by everybody and written by their owner, like the
 // machine settings they hold.
 constexpr mode_t NewHiveMode = 0644;
-
-bool sameFile(const struct stat& a, const struct stat& b) {
-    return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_size == b.st_size &&
-           a.st_mtim.tv_sec == b.st_mtim.tv_sec && a.st_mtim.tv_nsec == b.st_mtim.tv_nsec &&
-           a.st_ctim.tv_sec == b.st_ctim.tv_sec && a.st_ctim.tv_nsec == b.st_ctim.tv_nsec;
-}
 
 bool readAll(int fd, std::string& out) {
     char buffer[65536];
@@ -93,11 +88,6 @@ private:
 
 HiveStore::HiveStore(RootKey root, std::filesystem::path file) : root_(root), file_(std::move(file)) {}
 
-HiveStore::~HiveStore() {
-    if (fd_ >= 0)
-        ::close(fd_);
-}
-
 void HiveStore::read(const std::function<void(const HiveKey&)>& reader) const {
     std::lock_guard guard(mutex_);
     refresh();
@@ -129,43 +119,28 @@ long HiveStore::modify(const std::function<long(HiveKey&, bool&)>& change) {
 }
 
 void HiveStore::refresh() const {
-    struct stat now {};
-    if (::stat(file_.c_str(), &now) != 0) {
-        if (errno == ENOENT)
-            forget(std::nullopt);
-        else
-            forget(file_.string() + ": " + std::strerror(errno));
-        return;
-    }
-    if (fd_ >= 0 && sameFile(now, stamp_))
-        return;
-    load();
+    std::string bytes;
+    const int fd = ::open(file_.c_str(), O_RDONLY | O_CLOEXEC);
+    const bool ok = fd >= 0 && readAll(fd, bytes);
+    const int error = errno;
+    if (fd >= 0)
+        ::close(fd);
+    if (!ok)
+        forget(error == ENOENT ? std::nullopt : std::optional(file_.string() + ": " + std::strerror(error)));
+    else if (bytes != bytes_)
+        load(std::move(bytes));
 }
 
 void HiveStore::forget(std::optional<std::string> problem) const {
     tree_ = HiveKey{};
+    bytes_.reset();
     problem_ = std::move(problem);
-    if (fd_ >= 0)
-        ::close(fd_);
-    fd_ = -1;
 }
 
-void HiveStore::load() const {
-    const int fd = ::open(file_.c_str(), O_RDONLY | O_CLOEXEC);
-    std::string bytes;
-    struct stat opened {};
-    if (fd < 0 || ::fstat(fd, &opened) != 0 || !readAll(fd, bytes)) {
-        const int error = errno;
-        if (fd >= 0)
-            ::close(fd);
-        forget(error == ENOENT ? std::nullopt : std::optional(file_.string() + ": " + std::strerror(error)));
-        return;
-    }
+void HiveStore::load(std::string bytes) const {
     forget(std::nullopt);
-    fd_ = fd;
-    stamp_ = opened;
-
     const RegFileParse parsed = parseRegFile(bytes);
+    bytes_ = std::move(bytes);
     if (!parsed.file) {
         problem_ = file_.string() + ", line " + std::to_string(parsed.error.line) + ": " + parsed.error.message;
     } else if (const RegFileKey* foreign = applyRegFile(tree_, root_, *parsed.file)) {
@@ -189,11 +164,10 @@ long HiveStore::replaceFile(const HiveKey& tree) {
     const int fd = ::mkostemp(temp.data(), O_CLOEXEC);
     if (fd < 0)
         return codeFor(errno);
-    const mode_t mode = fd_ >= 0 ? (stamp_.st_mode & 07777) : NewHiveMode;
-    struct stat written {};
-    // The stamp is taken after the rename, which touches the file's change time.
+    struct stat existing {};
+    const mode_t mode = ::stat(file_.c_str(), &existing) == 0 ? (existing.st_mode & 07777) : NewHiveMode;
     if (::fchmod(fd, mode) != 0 || !writeAll(fd, text) || ::fsync(fd) != 0 ||
-        ::rename(temp.c_str(), file_.c_str()) != 0 || ::fstat(fd, &written) != 0) {
+        ::rename(temp.c_str(), file_.c_str()) != 0) {
         const int error = errno;
         ::close(fd);
         ::unlink(temp.c_str());
@@ -204,10 +178,8 @@ long HiveStore::replaceFile(const HiveKey& tree) {
         ::fsync(dir);
         ::close(dir);
     }
-    if (fd_ >= 0)
-        ::close(fd_);
-    fd_ = fd;
-    stamp_ = written;
+    ::close(fd);
+    bytes_ = text;
     problem_.reset();
     return RegOk;
 }

@@ -15,14 +15,11 @@
 #include <optional>
 #include <string>
 
-#include <sys/stat.h>
-
 namespace pl::platform::posix {
 
 class HiveStore {
 public:
     HiveStore(RootKey root, std::filesystem::path file);
-    ~HiveStore();
     HiveStore(const HiveStore&) = delete;
     HiveStore& operator=(const HiveStore&) = delete;
 
@@ -44,18 +41,18 @@ public:
 
 private:
     void refresh() const;
-    void load() const;
+    void load(std::string bytes) const;
     void forget(std::optional<std::string> problem) const;
     long replaceFile(const HiveKey& tree);
 
     RootKey root_;
     std::filesystem::path file_;
     mutable std::mutex mutex_;
-    // The hive as last read, and the file it was read from. Keeping that file open keeps its inode
-    // from being reused by a later version, so comparing inodes reliably tells a change.
+    // The hive as last read and the bytes it was read from. Every access reads the (small) file and
+    // parses it again only when the bytes differ: time stamps and inode numbers can miss a change
+    // made within the same clock tick, the bytes cannot.
     mutable HiveKey tree_;
-    mutable int fd_ = -1;
-    mutable struct stat stamp_ {};
+    mutable std::optional<std::string> bytes_;
     mutable std::optional<std::string> problem_;
 };
 
