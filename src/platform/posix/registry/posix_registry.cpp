@@ -113,32 +113,25 @@ long PosixRegistry::enumValues(RootKey root, std::string_view subKey, std::uint3
     return RegOk;
 }
 
-long PosixRegistry::setValue(RootKey root, std::string_view subKey, const RegValue& value, std::uint32_t) {
+long PosixRegistry::change(RootKey root, const std::function<long(HiveKey&, bool&)>& edit) {
     HiveStore* h = hive(root);
-    if (h == nullptr)
-        return RegInvalidHandle;
-    return h->modify([&](HiveKey& tree, bool& changed) { return posix::setValue(tree, subKey, value, changed); });
+    return h == nullptr ? RegInvalidHandle : h->modify(edit);
+}
+
+long PosixRegistry::setValue(RootKey root, std::string_view subKey, const RegValue& value, std::uint32_t) {
+    return change(root, [&](HiveKey& tree, bool& changed) { return posix::setValue(tree, subKey, value, changed); });
 }
 
 long PosixRegistry::createKey(RootKey root, std::string_view subKey, std::uint32_t) {
-    HiveStore* h = hive(root);
-    if (h == nullptr)
-        return RegInvalidHandle;
-    return h->modify([&](HiveKey& tree, bool& changed) { return posix::createKey(tree, subKey, changed); });
+    return change(root, [&](HiveKey& tree, bool& changed) { return posix::createKey(tree, subKey, changed); });
 }
 
 long PosixRegistry::deleteValue(RootKey root, std::string_view subKey, std::string_view name, std::uint32_t) {
-    HiveStore* h = hive(root);
-    if (h == nullptr)
-        return RegInvalidHandle;
-    return h->modify([&](HiveKey& tree, bool& changed) { return posix::deleteValue(tree, subKey, name, changed); });
+    return change(root, [&](HiveKey& tree, bool& changed) { return posix::deleteValue(tree, subKey, name, changed); });
 }
 
 long PosixRegistry::deleteKey(RootKey root, std::string_view subKey, std::uint32_t) {
-    HiveStore* h = hive(root);
-    if (h == nullptr)
-        return RegInvalidHandle;
-    return h->modify([&](HiveKey& tree, bool& changed) { return posix::deleteKey(tree, subKey, changed); });
+    return change(root, [&](HiveKey& tree, bool& changed) { return posix::deleteKey(tree, subKey, changed); });
 }
 
 } // namespace pl::platform::posix

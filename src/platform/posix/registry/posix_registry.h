@@ -11,6 +11,7 @@
 
 #include <array>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -41,6 +42,8 @@ public:
 
 private:
     HiveStore* hive(RootKey root) const;
+    // One change to `root`'s hive; RegInvalidHandle for an unknown root.
+    long change(RootKey root, const std::function<long(HiveKey&, bool&)>& edit);
 
     std::array<std::unique_ptr<HiveStore>, 7> hives_;
 };
