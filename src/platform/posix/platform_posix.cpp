@@ -1,7 +1,6 @@
 #include "platform/platform.h"
 #include "platform/posix/posix_services.h"
-
-#include <stdexcept>
+#include "platform/posix/registry/posix_registry.h"
 
 namespace pl::platform {
 
@@ -18,11 +17,7 @@ public:
     SpecialFolders& folders() override { return folders_; }
     Clock& clock() override { return clock_; }
     Random& random() override { return random_; }
-    RegistryBackend& registry() override {
-        // TODO(registry): return the file-backed store PosixRegistry from
-        // platform/posix/registry/posix_registry.h once it is on main.
-        throw std::logic_error("the POSIX registry store is not built in yet");
-    }
+    RegistryBackend& registry() override { return registry_; }
     std::unique_ptr<InstanceLock> makeInstanceLock() override { return std::make_unique<posix::PosixInstanceLock>(); }
 
 private:
@@ -33,6 +28,7 @@ private:
     posix::PosixSpecialFolders folders_;
     posix::SystemClock clock_;
     posix::UniformRandom random_;
+    posix::PosixRegistry registry_;
 };
 
 } // namespace
