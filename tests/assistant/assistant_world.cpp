@@ -25,7 +25,7 @@ forms::Form& TakingDialogHost::loadJobDialog() {
     return dialog;
 }
 
-AssistantWorld::AssistantWorld(const std::string& userName) {
+AssistantWorld::AssistantWorld(const std::string& userName) : registry(testRegistry.registry()) {
     const std::string base = root.folder();
     for (const char* folder :
          {"registry", "machine", "user", "ts", "temp", "local", "desktop", "profile", "runtime", "config", "taken"})
@@ -41,7 +41,6 @@ AssistantWorld::AssistantWorld(const std::string& userName) {
     desktopFolder = base + "desktop/";
     takenFolder = base + "taken/";
 
-    env.set("PAPERLARK_REGISTRY_DIR", base + "registry");
     env.set("username", userName);
     env.set("temp", base + "temp");
     env.set("LOCALAPPDATA", base + "local");
@@ -52,28 +51,27 @@ AssistantWorld::AssistantWorld(const std::string& userName) {
     env.set("XDG_SESSION_ID", "test" + std::to_string(std::random_device{}()));
 
     os = platform::makeNativePlatform();
-    registry = std::make_unique<platform::Registry>(os->registry());
-    report = std::make_unique<assistant::ErrorReport>(*os, *registry, view, state);
-    services = std::make_unique<Services>(Services{*os, *registry, *report, view});
+    report = std::make_unique<assistant::ErrorReport>(*os, registry, view, state);
+    services = std::make_unique<Services>(Services{*os, registry, *report, view});
     context = std::make_unique<forms::Context>(forms::Context{*services, state, texts, naming, view});
 
-    registry->SetRegValue(ShellFoldersPath, "Desktop", base + "desktop");
-    registry->SetRegValue(ShellFoldersPath, "Local AppData", base + "local");
+    registry.SetRegValue(ShellFoldersPath, "Desktop", base + "desktop");
+    registry.SetRegValue(ShellFoldersPath, "Local AppData", base + "local");
     setMachine("psdir", machineFolder);
     setUser("psdir", userFolder);
     setMachine("language", "2");
 }
 
 void AssistantWorld::setMachine(const std::string& name, const std::string& value) {
-    registry->SetRegValue(MachineKeyPath, name, value);
+    registry.SetRegValue(MachineKeyPath, name, value);
 }
 
 void AssistantWorld::setUser(const std::string& name, const std::string& value) {
-    registry->SetRegValue(UserKeyPath, name, value);
+    registry.SetRegValue(UserKeyPath, name, value);
 }
 
 std::string AssistantWorld::user(const std::string& name) const {
-    return registry->GetRegValue(UserKeyPath, name);
+    return registry.GetRegValue(UserKeyPath, name);
 }
 
 std::string AssistantWorld::fileAt(const std::string& path, std::chrono::system_clock::time_point when) const {

@@ -13,6 +13,7 @@
 #include "support/scoped_env.h"
 #include "support/scripted_view.h"
 #include "support/temp_dir.h"
+#include "support/test_registry.h"
 
 #include <atomic>
 #include <chrono>
@@ -55,9 +56,10 @@ public:
     explicit AssistantWorld(const std::string& user = "alice");
 
     TempDir root;
+    TestRegistry testRegistry; // the hives of this world, also for stores made from the environment
+    platform::Registry& registry;
     ScopedEnv env;
     std::unique_ptr<platform::Platform> os;
-    std::unique_ptr<platform::Registry> registry;
     ScriptedView view;
     forms::AppState state;
     std::unique_ptr<assistant::ErrorReport> report;

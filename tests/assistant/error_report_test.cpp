@@ -69,10 +69,10 @@ TEST(error_report, a_recent_installation_offers_a_report_mail_that_reaches_the_m
     w.setMachine("Version", "4.12.3");
     w.setMachine("Build", "2026");
     w.setMachine("gswin32c", "/usr/bin/gs");
-    w.registry->SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CurrentVersion", "6.1");
-    w.registry->SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CurrentBuildNumber", "7601");
-    w.registry->SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CSDVersion", "Service Pack 1");
-    w.registry->SetRegValue("HKCU\\Control Panel\\International", "locale", "00000407");
+    w.registry.SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CurrentVersion", "6.1");
+    w.registry.SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CurrentBuildNumber", "7601");
+    w.registry.SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CSDVersion", "Service Pack 1");
+    w.registry.SetRegValue("HKCU\\Control Panel\\International", "locale", "00000407");
     r.setupProgramDated(startOfDayDaysAgo(40) + 1min);
     w.view.msgBoxAnswers.push_back(mb::Yes);
 

@@ -74,7 +74,7 @@ struct UserAssistant {
 
 TEST(several_users, share_one_machine_spool_folder_and_each_job_is_taken_once_by_its_owner) {
     TempDir dir;
-    ScopedEnv registryDir("PAPERLARK_REGISTRY_DIR", dir.folder() + "registry");
+    TestRegistry hives; // each assistant's store finds these through the environment
     const std::string machine = dir.folder() + "machine/";
     fs::create_directories(machine);
     std::atomic<int> takenCount{0};

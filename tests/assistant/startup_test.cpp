@@ -33,8 +33,8 @@ TEST(startup, second_instance_in_the_same_session_ends_silently_and_the_first_ke
     ASSERT_TRUE(first.form.timerEnabled());
 
     forms::AppState secondState;
-    assistant::ErrorReport secondReport(*world.os, *world.registry, world.view, secondState);
-    Services secondServices{*world.os, *world.registry, secondReport, world.view};
+    assistant::ErrorReport secondReport(*world.os, world.registry, world.view, secondState);
+    Services secondServices{*world.os, world.registry, secondReport, world.view};
     texts::Texts secondTexts;
     forms::Context secondContext{secondServices, secondState, secondTexts, world.naming, world.view};
     TakingDialogHost secondHost(secondState, world.os->files(), world.takenFolder);
@@ -176,7 +176,7 @@ TEST(startup, the_virtual_store_copies_of_the_machine_settings_are_removed) {
     AssistantWorld world;
     const std::string storeKey =
         "HKEY_CURRENT_USER\\Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\tobrin\\PaperlarkXP";
-    world.registry->SetRegValue(storeKey, "psdir", "C:\\old\\");
+    world.registry.SetRegValue(storeKey, "psdir", "C:\\old\\");
     const std::string store = world.localAppData + "VirtualStore/Program Files/Paperlark_XP/";
     fs::create_directories(store);
     writeJob(store + "default.plp");
@@ -185,7 +185,7 @@ TEST(startup, the_virtual_store_copies_of_the_machine_settings_are_removed) {
     Started s(world);
     s.form.Form_Load();
 
-    EXPECT_FALSE(world.os->registry().keyExists(
+    EXPECT_FALSE(world.testRegistry.backend().keyExists(
         platform::HKEY_CURRENT_USER, "Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\tobrin\\PaperlarkXP", 0));
     EXPECT_FALSE(fs::exists(store));
     EXPECT_TRUE(fs::exists(world.localAppData + "VirtualStore/Program Files"));
@@ -264,8 +264,9 @@ TEST(startup, an_error_while_loading_is_reported_with_the_stage_that_failed) {
     debug.name = "Debug";
     debug.type = platform::regtype::Dword;
     debug.data = {0x00, 0x00, 0x00, 0x80};
-    ASSERT_EQ(world.os->registry().setValue(platform::HKEY_CURRENT_USER, "Software\\tobrin\\PaperlarkXP", debug, 0),
-              platform::RegOk);
+    ASSERT_EQ(
+        world.testRegistry.backend().setValue(platform::HKEY_CURRENT_USER, "Software\\tobrin\\PaperlarkXP", debug, 0),
+        platform::RegOk);
     Started s(world);
     s.form.Form_Load();
 
