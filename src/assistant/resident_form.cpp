@@ -114,7 +114,6 @@ void ResidentForm::Form_Initialize() {
 
 void ResidentForm::Form_Load() {
     forms::AppState& st = state();
-    platform::Platform& os = services().os;
     platform::Registry& registry = services().registry;
     bool trapping = true; // errors go to the error report until an ignored stretch has failed
     loaded = true;
@@ -134,18 +133,8 @@ void ResidentForm::Form_Load() {
         st.DesktopName = LoadDesktop(services());
 
         st.DebugMode = regText(registry, UserKey, "Debug");
-        if (st.DebugMode == "1") {
-            // Each start begins a fresh log.
-            std::string logFile = regText(registry, ShellFoldersKey, "Desktop") + platform::PathSep + "plAssist.log";
-            platform::ReplaceEnviron(logFile, os.environment());
-            if (os.files().exists(logFile))
-                os.files().remove(logFile);
-            const TimePoint now = os.clock().now();
-            log("Starte plAssist.exe am " + formatLocalDate(now) + " um " + formatLocalTime(now));
-            log("Version " + text::number(VersionMajor) + "." + text::number(VersionMinor) + "." +
-                text::number(VersionRevision));
-            log("CurDir = " + currentFolder());
-        }
+        if (st.DebugMode == "1")
+            startFreshLog();
 
         st.StepName = "2: Init";
         texts::SetxSpr(ctx_.texts, services());
@@ -195,6 +184,20 @@ void ResidentForm::Form_Load() {
             endProcess(1);
         }
     }
+}
+
+// Each start with logging on begins a fresh log, which opens with when, which version and where.
+void ResidentForm::startFreshLog() {
+    platform::Platform& os = services().os;
+    std::string logFile = regText(services().registry, ShellFoldersKey, "Desktop") + platform::PathSep + "plAssist.log";
+    platform::ReplaceEnviron(logFile, os.environment());
+    if (os.files().exists(logFile))
+        os.files().remove(logFile);
+    const TimePoint now = os.clock().now();
+    log("Starte plAssist.exe am " + formatLocalDate(now) + " um " + formatLocalTime(now));
+    log("Version " + text::number(VersionMajor) + "." + text::number(VersionMinor) + "." +
+        text::number(VersionRevision));
+    log("CurDir = " + currentFolder());
 }
 
 // Started with a command line, the assistant accompanies that one program (a published application

@@ -106,6 +106,7 @@ private:
     void endProcess(int exitCode = 0);
 
     // Form_Load's larger steps
+    void startFreshLog();
     bool startCompanionProgram();
     bool refuseSecondInstance();
     void resolveSpoolFolders();

@@ -28,6 +28,10 @@ protected:
         ASSERT_TRUE(form->timerEnabled());
         ASSERT_FALSE(world.state.quitRequested);
     }
+    void ticks(int n) {
+        for (int i = 0; i < n; ++i)
+            form->Timer1_Timer();
+    }
     std::string takenName(std::size_t i) const { return fs::path(host->taken.at(i)).filename().string(); }
 
     AssistantWorld world;
@@ -46,11 +50,7 @@ TEST_P(watcher, looks_in_the_machine_folder_then_the_user_folder_then_the_termin
     writeJob(world.userFolder + "alice_user.ps");
     writeJob(world.machineFolder + "alice_machine.ps");
 
-    form->Timer1_Timer();
-    form->Timer1_Timer();
-    form->Timer1_Timer();
-    form->Timer1_Timer();
-
+    ticks(4);
     ASSERT_EQ(host->taken.size(), 3u);
     EXPECT_EQ(host->taken[0], world.machineFolder + "alice_machine.ps");
     EXPECT_EQ(host->taken[1], world.userFolder + "alice_user.ps");
@@ -65,8 +65,7 @@ TEST_P(watcher, never_picks_up_another_users_job_unless_the_terminal_server_name
     writeJob(world.machineFolder + "bob_1.ps");
     writeJob(world.userFolder + "bob_2.ps");
     writeJob(world.tsFolder + "bob_3.ps");
-    for (int i = 0; i < 3; ++i)
-        form->Timer1_Timer();
+    ticks(3);
     EXPECT_TRUE(host->taken.empty());
 
     AssistantWorld starWorld;
