@@ -28,7 +28,7 @@ std::optional<std::string> readRawTitle(std::string_view path) {
     if (!in)
         return std::nullopt;
     // Reads this large go straight from the file into the block, past the stream's own buffer.
-    const auto block = std::make_unique<char[]>(TitleReadBlockSize);
+    const auto block = std::make_unique_for_overwrite<char[]>(TitleReadBlockSize);
     TitleLineScanner scanner;
     for (;;) {
         in.read(block.get(), static_cast<std::streamsize>(TitleReadBlockSize));
