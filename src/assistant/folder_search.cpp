@@ -17,6 +17,9 @@ namespace pl::assistant {
 // remembered match is re-read on any change, because whether it is still the first one listed
 // depends on directory order, which the file system may rearrange as other entries come and go.
 //
+// One thing escapes this: a symbolic link counts by what it points to, and a change of its target
+// elsewhere is no change of this folder. Spool folders hold the printer's files, not links.
+//
 // When no stamp can be had, nothing is remembered and the folder is read every time.
 
 std::pair<std::string, std::string> splitSearchPath(std::string_view searchPath) {
