@@ -12,7 +12,10 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Tray {
-    Tray() : host(world.state, world.os->files(), world.takenFolder), form(*world.context, host) { form.Form_Load(); }
+    explicit Tray(assistant::UserNameSource user = {})
+        : host(world.state, world.os->files(), world.takenFolder), form(*world.context, host, nullptr, user) {
+        form.Form_Load();
+    }
     // The events the view saw for one mouse message at the given screen resolution.
     std::vector<std::string> eventsFor(int message, int twipsPerPixel) {
         world.view.events.clear();
@@ -95,6 +98,27 @@ TEST(tray, the_menu_item_without_a_user_folder_sets_the_default_one_and_looks_th
     EXPECT_EQ(w.state.PsDirUser, local);
     EXPECT_EQ(w.user("psdir"), local);
     EXPECT_TRUE(fs::exists(local + "alice000001.ps"));
+}
+
+TEST(tray, a_failing_rename_is_reported_with_the_user_folder_and_name_and_leaves_the_queue) {
+    // A user name the file system takes for a folder path: the queue search finds the document
+    // below it, and the rename looks for it in the user folder itself, where it is not.
+    Tray t([] { return std::string("ali/ce"); });
+    auto& w = t.world;
+    fs::create_directories(w.userFolder + "MultiDocali");
+    writeJob(w.userFolder + "MultiDocali/ce1.ps");
+
+    t.form.mnShowPlAssist_Click();
+
+    ASSERT_EQ(w.view.messages.size(), 1u);
+    const std::string& prompt = w.view.messages[0].prompt;
+    EXPECT_NE(prompt.find("Error in Module frmPlAssist1.showplAssist.click"), std::string::npos) << prompt;
+    EXPECT_NE(prompt.find("Data:\r\n14 - name " + w.userFolder + "ce1.ps as " + w.userFolder +
+                          "ali/ce000001.ps\r\npsdir = " + w.userFolder + "\r\nUsername = ali/ce"),
+              std::string::npos)
+        << prompt;
+    EXPECT_TRUE(fs::exists(w.userFolder + "MultiDocali/ce1.ps"));
+    EXPECT_TRUE(w.state.quitRequested);
 }
 
 TEST(tray, the_hidden_form_refuses_to_be_closed_by_the_user_unless_citrix_unload_is_set) {
