@@ -15,7 +15,9 @@ void check(bool condition) {
         std::abort();
 }
 
-bool validUtf8(std::string_view s) { return pl::text::encode(pl::text::decode(s)) == s; }
+bool validUtf8(std::string_view s) {
+    return pl::text::encode(pl::text::decode(s)) == s;
+}
 
 } // namespace
 

@@ -27,7 +27,9 @@ std::string suiteFolder(Services& services) {
     return platform::ReplaceEnviron(folder, services.os.environment());
 }
 
-std::string_view lastChars(std::string_view s, std::size_t n) { return s.size() <= n ? s : s.substr(s.size() - n); }
+std::string_view lastChars(std::string_view s, std::size_t n) {
+    return s.size() <= n ? s : s.substr(s.size() - n);
+}
 
 // The leading decimal digits as a number, 0 when there are none (as the classic Val reads "C04").
 long leadingNumber(std::string_view s) {
@@ -44,20 +46,13 @@ struct LocaleRow {
 
 // First match wins. English ("09") has no row of its own: it is the fallback.
 constexpr LocaleRow LocaleTable[] = {
-    {"07", German, {}},
-    {"10", 0, "Italian.lan"},
-    {"13", 0, "Nederlands.lan"},
-    {"0C", 0, "French.lan"},
-    {"0A", 0, "Español.lan"},
-    {"16", 0, {}}, // Portuguese: Brazil or Portugal, see below
-    {"0B", English, {}},
-    {"14", English, {}},
-    {"15", 0, "Polish.lan"},
-    {"19", 0, "Russian.lan"},
-    {"1D", English, {}},
-    {"04", 0, {}}, // Chinese: simplified or traditional, see below
-    {"05", 0, "Cesky.lan"},
-    {"0E", 0, "Hungarian.lan"},
+    {"07", German, {}},          {"10", 0, "Italian.lan"},
+    {"13", 0, "Nederlands.lan"}, {"0C", 0, "French.lan"},
+    {"0A", 0, "Español.lan"},    {"16", 0, {}}, // Portuguese: Brazil or Portugal, see below
+    {"0B", English, {}},         {"14", English, {}},
+    {"15", 0, "Polish.lan"},     {"19", 0, "Russian.lan"},
+    {"1D", English, {}},         {"04", 0, {}}, // Chinese: simplified or traditional, see below
+    {"05", 0, "Cesky.lan"},      {"0E", 0, "Hungarian.lan"},
 };
 
 std::string_view fileOfRow(const LocaleRow& row, std::string_view locale) {

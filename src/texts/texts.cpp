@@ -22,11 +22,15 @@ std::string readAllBytes(std::string_view utf8Path) {
     return bytes;
 }
 
-bool inTable(int slot, int number) { return slot >= 0 && slot < Slots && number >= 0 && number < Numbers; }
+bool inTable(int slot, int number) {
+    return slot >= 0 && slot < Slots && number >= 0 && number < Numbers;
+}
 
 } // namespace
 
-Texts::Texts() { TexteLaden(); }
+Texts::Texts() {
+    TexteLaden();
+}
 
 bool Texts::DateiLaden(std::string_view filePath, MessageBoxes& messages, ErrorSink& errors) {
     std::string step = "read";
@@ -37,8 +41,7 @@ bool Texts::DateiLaden(std::string_view filePath, MessageBoxes& messages, ErrorS
         step = "section";
         std::optional<std::string> section = assistantSection(text);
         if (!section) {
-            messages.msgBox("Language File   " + std::string(filePath) +
-                            "   defect: No [plAssist.exe] section found!");
+            messages.msgBox("Language File   " + std::string(filePath) + "   defect: No [plAssist.exe] section found!");
             return;
         }
         languageFile_ = std::move(*section);

@@ -15,7 +15,7 @@ inline constexpr int German = 1;
 inline constexpr int English = 2;
 inline constexpr int External = 3; // the language file named by "LanFile"
 
-inline constexpr int Slots = 4;   // language slots 0..3
+inline constexpr int Slots = 4;    // language slots 0..3
 inline constexpr int Numbers = 23; // text numbers 0..22
 
 class Texts {
