@@ -47,8 +47,18 @@ int randomJobNumber(platform::Random& random) {
     return std::clamp(static_cast<int>(random.next() * 999) + 1, 1, 999);
 }
 
+// Whether `folder` (ending in the separator) holds Ghostscript's console program, under its name on
+// 64-bit or 32-bit Windows or on POSIX systems.
+bool holdsGhostscript(const std::string& folder, const platform::FileSystem& files) {
+    return std::ranges::any_of(std::initializer_list<std::string_view>{"gswin64c.exe", "gswin32c.exe", "gs"},
+                               [&](std::string_view program) {
+                                   const std::string candidate = folder + std::string(program);
+                                   return files.exists(candidate) && !files.isFolder(candidate);
+                               });
+}
+
 // Ghostscript's console program as the settings may name it: the program itself, or a folder that
-// holds it directly or in its "bin" or "gs" sub-folder.
+// holds it directly or in its "bin", "gs" or "gs/bin" sub-folder.
 bool ghostscriptAt(std::string_view location, const platform::FileSystem& files) {
     if (location.empty() || !files.exists(location))
         return false;
@@ -56,31 +66,19 @@ bool ghostscriptAt(std::string_view location, const platform::FileSystem& files)
         return true;
     const std::string base = platform::withTrailingSep(location);
     const std::string sep(1, platform::PathSep);
-    for (const std::string& folder : {base, base + "bin" + sep, base + "gs" + sep, base + "gs" + sep + "bin" + sep}) {
-        for (std::string_view program : {"gswin64c.exe", "gswin32c.exe", "gs"}) {
-            const std::string candidate = folder + std::string(program);
-            if (files.exists(candidate) && !files.isFolder(candidate))
-                return true;
-        }
-    }
-    return false;
+    return std::ranges::any_of(std::initializer_list<std::string>{base, base + "bin" + sep, base + "gs" + sep,
+                                                                  base + "gs" + sep + "bin" + sep},
+                               [&](const std::string& folder) { return holdsGhostscript(folder, files); });
 }
 
 bool ghostscriptOnPath(Services& services) {
     const std::string path = services.os.environment().get("PATH");
     const char listSep = platform::PathSep == '\\' ? ';' : ':';
-    const platform::FileSystem& files = services.os.files();
-    std::size_t start = 0;
-    while (start <= path.size()) {
+    for (std::size_t start = 0; start <= path.size();) {
         const std::size_t end = std::min(path.find(listSep, start), path.size());
         const std::string folder = path.substr(start, end - start);
-        if (!folder.empty()) {
-            for (std::string_view program : {"gswin64c.exe", "gswin32c.exe", "gs"}) {
-                const std::string candidate = platform::withTrailingSep(folder) + std::string(program);
-                if (files.exists(candidate) && !files.isFolder(candidate))
-                    return true;
-            }
-        }
+        if (!folder.empty() && holdsGhostscript(platform::withTrailingSep(folder), services.os.files()))
+            return true;
         start = end + 1;
     }
     return false;
