@@ -1,6 +1,6 @@
 #include "texts/texts.h"
 
-#include "recording_errors.h"
+#include "support/recording_errors.h"
 #include "support/scripted_view.h"
 #include "support/temp_dir.h"
 

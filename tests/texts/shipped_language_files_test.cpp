@@ -2,7 +2,7 @@
 // complete, usable set of texts.
 #include "texts/texts.h"
 
-#include "recording_errors.h"
+#include "support/recording_errors.h"
 #include "support/scripted_view.h"
 
 #include <gtest/gtest.h>
