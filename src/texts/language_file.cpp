@@ -8,6 +8,24 @@ namespace {
 
 constexpr std::string_view LineEnd = "\r\n";
 
+char asciiLower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+// Case-blind search for an ASCII key (given in lower case). No other letter folds to an ASCII one,
+// so this finds what a search in the lower-cased text finds, without lower-casing the whole text
+// for every key.
+std::size_t findAsciiKey(std::string_view text, std::string_view lowerKey) {
+    for (std::size_t at = 0; at + lowerKey.size() <= text.size(); ++at) {
+        std::size_t k = 0;
+        while (k < lowerKey.size() && asciiLower(text[at + k]) == lowerKey[k])
+            ++k;
+        if (k == lowerKey.size())
+            return at;
+    }
+    return std::string_view::npos;
+}
+
 bool isValidUtf8(std::string_view bytes) {
     // A byte that starts no valid sequence decodes to a Latin-1 character, which encodes to two
     // bytes; so only valid UTF-8 comes back unchanged.
@@ -85,7 +103,7 @@ std::string decodeLanguageFile(std::string_view bytes) {
 }
 
 std::optional<std::string> assistantSection(std::string_view text) {
-    const std::size_t start = text::ifind(text, "[plassist.exe]");
+    const std::size_t start = findAsciiKey(text, "[plassist.exe]");
     if (start == std::string_view::npos)
         return std::nullopt;
 
@@ -105,7 +123,7 @@ std::optional<std::string> assistantSection(std::string_view text) {
 
 std::optional<std::string> findText(std::string_view section, int number) {
     const std::string key = "text_" + text::number(number) + ":";
-    const std::size_t at = text::ifind(section, key);
+    const std::size_t at = findAsciiKey(section, key);
     if (at == std::string_view::npos)
         return std::nullopt;
     const std::string_view rest = section.substr(at + key.size());
