@@ -95,6 +95,7 @@ public:
     // The cleaned user name that every job and queue file of this user carries.
     std::string userName();
     forms::Control& control(std::string_view name) { return form_.control(name); }
+    const forms::Control& control(std::string_view name) const { return form_.control(name); }
 
 private:
     Services& services() { return context_.services; }
