@@ -92,12 +92,12 @@ void buildJobDialogForm(forms::Form& form) {
     form.add(box("pdfName", ControlKind::TextBox, NameBoxTop, 1));
 
     form.add(checkBox("chkOpenPDF", Margin, 2));
-    form.add(label("lbOpenPDF", "PDF öffnen", OpenLabelLeft, OptionLabelTop, OpenLabelWidth, LabelHeight));
+    form.add(label("lbOpenPDF", "PDF öffnen", OpenLabelLeft, OptionsTop, OpenLabelWidth, LabelHeight));
     Control encode = checkBox("ckEncodePDF", EncodeCheckLeft, 3);
     encode.visible = false; // offered only when encryption is available
     form.add(encode);
     Control encodeLabel =
-        label("lbEncodePDF", "PDF Verschlüsseln", EncodeLabelLeft, OptionLabelTop, EncodeLabelWidth, LabelHeight);
+        label("lbEncodePDF", "PDF Verschlüsseln", EncodeLabelLeft, OptionsTop, EncodeLabelWidth, LabelHeight);
     encodeLabel.visible = false;
     form.add(encodeLabel);
 

@@ -59,11 +59,11 @@ inline constexpr int ProfileBoxTop = ProfileLabelTop + LabelHeight;
 inline constexpr int NameLabelTop = ProfileLabelTop + RowPitch;
 inline constexpr int NameBoxTop = ProfileBoxTop + RowPitch;
 
-// Options row: a caption-less check box with its clickable label, twice. The encryption option
+// Options row: a caption-less check box with its clickable label, twice, all on one Top (the
+// policy moves the row by giving every control of it the check box's Top). The encryption option
 // stands far enough right that it still clears lbOpenPDF when the policy moves it 1300 left.
 inline constexpr int OptionsTop = ProfileLabelTop + 2 * RowPitch;
 inline constexpr int CheckSize = 255;
-inline constexpr int OptionLabelTop = OptionsTop + 15;
 inline constexpr int OpenLabelLeft = Margin + 300;
 inline constexpr int OpenLabelWidth = 1860;
 inline constexpr int EncodeCheckLeft = 3840;

@@ -47,6 +47,11 @@ DialogFixture::DialogFixture() {
     state.PsDirUser = userSpool;
 }
 
+void DialogFixture::TearDown() {
+    for (const auto& r : errors.reports)
+        ADD_FAILURE() << "error " << r.number << " reported by " << r.tag << " at step \"" << r.step << "\"";
+}
+
 void DialogFixture::setUser(const std::string& name, const std::string& value) {
     ASSERT_EQ(registry->SetRegValue(dialog::UserKey, name, value), "True");
 }

@@ -82,6 +82,8 @@ private:
 class DialogFixture : public ::testing::Test {
 protected:
     DialogFixture();
+    // No procedure may have reported an error unless the test cleared it.
+    void TearDown() override;
 
     // Registry values of the suite's user and machine keys.
     void setUser(const std::string& name, const std::string& value);
