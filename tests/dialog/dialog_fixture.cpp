@@ -18,12 +18,11 @@ DialogFixture::DialogFixture() {
     suite = root.folder() + "suite/";
     home = root.folder() + "home";
     userProfiles = home + "/Paperlark/";
-    for (const auto& folder : {machineSpool, userSpool, suite, userProfiles, root.folder() + "registry/",
-                               root.folder() + "desktop/", root.folder() + "config/", root.folder() + "data/"})
+    for (const auto& folder : {machineSpool, userSpool, suite, userProfiles, root.folder() + "desktop/",
+                               root.folder() + "config/", root.folder() + "data/"})
         std::filesystem::create_directories(folder);
 
     // Everything the program may look at lies in the temporary folder.
-    env.set("PAPERLARK_REGISTRY_DIR", root.folder() + "registry");
     env.set("HOME", home);
     env.set("XDG_CONFIG_HOME", root.folder() + "config");
     env.set("XDG_DATA_HOME", root.folder() + "data");
@@ -33,7 +32,7 @@ DialogFixture::DialogFixture() {
     env.set("PATH", root.folder() + "bin");
 
     os = platform::makeNativePlatform();
-    registry = std::make_unique<platform::Registry>(os->registry());
+    registry = &hives.registry();
     services = std::make_unique<Services>(Services{*os, *registry, errors, view});
     context = std::make_unique<forms::Context>(forms::Context{*services, state, texts, naming, view});
 

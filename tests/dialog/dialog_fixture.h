@@ -8,6 +8,7 @@
 #include "support/scoped_env.h"
 #include "support/scripted_view.h"
 #include "support/temp_dir.h"
+#include "support/test_registry.h"
 
 #include <gtest/gtest.h>
 
@@ -104,6 +105,7 @@ protected:
     // The same with actions that record what the dialog asked of them.
     dialog::JobDialog& openDialogRecording();
 
+    TestRegistry hives; // first: every store made from the environment uses its hives
     TempDir root;
     ScopedEnv env;
     std::string machineSpool; // PsDirMachine
@@ -113,7 +115,7 @@ protected:
     std::string userProfiles; // home/Paperlark/
 
     std::unique_ptr<platform::Platform> os;
-    std::unique_ptr<platform::Registry> registry;
+    platform::Registry* registry = nullptr;
     RecordingErrorSink errors;
     ScriptedView view;
     std::unique_ptr<Services> services;
