@@ -78,6 +78,8 @@ public:
 
     // --- Ending (cancel.cpp) --------------------------------------------------------------------
     void Form_QueryUnload(int& cancel, int unloadMode);
+    // The form sees every key before its controls do (key preview): a view hands each key press
+    // here first, so Escape works wherever the focus is.
     void Form_KeyDown(int& keyCode, int& shift);
     void Form_Unload(int& cancel);
     void Form_Terminate();

@@ -161,6 +161,48 @@ TEST_F(load_sequence, desktop_caption_comes_from_the_user_then_the_machine_then_
     EXPECT_EQ(openDialog().control("cmdDesktop").caption, "To my &desk");
 }
 
+TEST_F(load_sequence, logs_its_steps_while_debugging) {
+    writeJob(machineSpool, "anna0008.ps", "Microsoft Word - Brief.docx");
+    offerJob(machineSpool, "anna0008.ps");
+    state.DebugMode = "1";
+
+    openDialog();
+
+    const std::string log = root.read("desktop/plAssist.log");
+    for (auto line : {"Hintergrund erzeugen\r\n", "Policy auswerten\r\n", "Infolabel laden\r\n",
+                      "Dateiname anzeigen...\r\n", "Dateiname anzeigen: Brief\r\n", "Fenster anzeigen\r\n"})
+        EXPECT_NE(log.find(line), std::string::npos) << line;
+    EXPECT_LT(log.find("Policy auswerten"), log.find("Fenster anzeigen"));
+}
+
+TEST_F(load_sequence, writes_no_log_while_debugging_is_off_or_paused) {
+    writeJob(machineSpool, "anna0009.ps", "Report");
+    offerJob(machineSpool, "anna0009.ps");
+    for (auto mode : {"", "2", "0"}) {
+        state.DebugMode = mode;
+        openDialog();
+    }
+    EXPECT_FALSE(root.exists("desktop/plAssist.log"));
+}
+
+TEST_F(load_sequence, a_failing_step_is_reported_with_the_loads_tag_and_the_steps_name) {
+    writeJob(machineSpool, "anna0010.ps", "Report");
+    offerJob(machineSpool, "anna0010.ps");
+    // A number too large for the registry module's conversion: reading it overflows.
+    platform::RegValue style{"Style", platform::regtype::Dword, {0x00, 0x00, 0x00, 0x80}};
+    ASSERT_EQ(hives.backend().setValue(platform::HKEY_LOCAL_MACHINE, "Software\\tobrin\\PaperlarkXP", style, 0),
+              platform::RegOk);
+
+    auto& d = openDialog();
+
+    ASSERT_EQ(errors.reports.size(), 1u);
+    EXPECT_EQ(errors.reports[0].tag, "plDialog1.load");
+    EXPECT_EQ(errors.reports[0].step, "Hintergrundfarbe setzen:");
+    EXPECT_EQ(errors.reports[0].number, err::Overflow);
+    EXPECT_FALSE(d.form().visible); // the load stopped there
+    errors.reports.clear();
+}
+
 TEST(proposed_name, profile_named_by_job_takes_the_text_after_the_marker_without_ps) {
     EXPECT_EQ(dialog::profileNamedByJob("Report~Profile~Fax.ps"), "Fax");
     EXPECT_EQ(dialog::profileNamedByJob("a~profile~b~profile~c"), "b~profile~c");

@@ -57,6 +57,15 @@ TEST_F(policy, codes_are_found_in_any_letter_case_and_anywhere_in_the_text) {
     EXPECT_TRUE(d.control("pdfName").visible);
 }
 
+TEST_F(policy, an_unreadable_machine_value_counts_as_empty) {
+    platform::RegValue number{"APol", platform::regtype::Dword, {0xFF, 0xFF, 0xFF, 0xFF}};
+    ASSERT_EQ(hives.backend().setValue(platform::HKEY_LOCAL_MACHINE, "Software\\tobrin\\PaperlarkXP", number, 0),
+              platform::RegOk);
+    setUser("APol", "disablesaveas");
+    EXPECT_EQ(dialog::policyText(*registry), "disablesaveas");
+    EXPECT_FALSE(openDialog().control("cmdSave").visible);
+}
+
 TEST_F(policy, an_empty_policy_changes_only_the_profile_box_width) {
     auto& d = openWith("", "");
     EXPECT_EQ(d.form().width, FourButtonWidth);
