@@ -7,7 +7,8 @@
 #include "dialog/settings.h"
 
 #include <array>
-#include <initializer_list>
+#include <utility>
+#include <vector>
 
 namespace pl::dialog {
 
@@ -16,7 +17,7 @@ namespace {
 struct Feature {
     std::string_view disableCode;
     std::string_view enableCode;
-    std::initializer_list<std::string_view> controls;
+    std::vector<std::string_view> controls;
 };
 
 // In the order in which the codes are tested.
@@ -51,48 +52,38 @@ void moveSortToUnsetNeighbour(forms::Control& sort, const forms::Control* neighb
     sort.left = neighbour->left;
 }
 
-void closeUpButtons(forms::Form& f, bool& narrowed) {
-    auto& email = f.control("cmdEmail");
-    auto& save = f.control("cmdSave");
-    auto& desktop = f.control("cmdDesktop");
-    auto& multi = f.control("cmdMulti");
-    auto& sort = f.control("cmdSort");
-    auto& config = f.control("lbConfig");
-    const forms::Control* neverSet = nullptr;
+// A hidden button hands its place to the buttons on its right, the nearest first: each named
+// button takes the Left of its neighbour. Tested in this order; cmdSort is handled on its own.
+struct Closing {
+    std::string_view hidden;
+    std::vector<std::pair<std::string_view, std::string_view>> moves; // {button, neighbour}
+};
+const std::array<Closing, 4> Closings{{
+    {"cmdEmail", {{"cmdMulti", "cmdDesktop"}, {"cmdDesktop", "cmdSave"}, {"cmdSave", "cmdEmail"}}},
+    {"cmdSave", {{"cmdMulti", "cmdDesktop"}, {"cmdDesktop", "cmdSave"}}},
+    {"cmdDesktop", {{"cmdMulti", "cmdDesktop"}}},
+    {"cmdMulti", {}},
+}};
 
-    // Each hidden button hands its place to the buttons on its right, the nearest first.
-    if (!email.visible) {
+// Returns whether a button was closed up (the dialog then lost at least one button's width).
+bool closeUpButtons(forms::Form& f) {
+    auto& sort = f.control("cmdSort");
+    const forms::Control* neverSet = nullptr;
+    bool narrowed = false;
+    for (const auto& closing : Closings) {
+        const auto& hidden = f.control(closing.hidden);
+        if (hidden.visible)
+            continue;
         ignoringErrors([&] { moveSortToUnsetNeighbour(sort, neverSet); });
-        multi.left = desktop.left;
-        desktop.left = save.left;
-        save.left = email.left;
-        f.width -= email.width;
+        for (const auto& [button, neighbour] : closing.moves)
+            f.control(button).left = f.control(neighbour).left;
+        f.width -= hidden.width;
         narrowed = true;
-        config.left = policy::NarrowConfigLeft;
-    }
-    if (!save.visible) {
-        ignoringErrors([&] { moveSortToUnsetNeighbour(sort, neverSet); });
-        multi.left = desktop.left;
-        desktop.left = save.left;
-        f.width -= save.width;
-        narrowed = true;
-        config.left = policy::NarrowConfigLeft;
-    }
-    if (!desktop.visible) {
-        ignoringErrors([&] { moveSortToUnsetNeighbour(sort, neverSet); });
-        multi.left = desktop.left;
-        f.width -= desktop.width;
-        narrowed = true;
-        config.left = policy::NarrowConfigLeft;
-    }
-    if (!multi.visible) {
-        ignoringErrors([&] { moveSortToUnsetNeighbour(sort, neverSet); });
-        f.width -= multi.width;
-        narrowed = true;
-        config.left = policy::NarrowConfigLeft;
+        f.control("lbConfig").left = policy::NarrowConfigLeft;
     }
     if (!sort.visible)
         f.width -= sort.width + policy::HiddenSortMargin;
+    return narrowed;
 }
 
 void liftButtons(forms::Form& f, int by) {
@@ -138,9 +129,7 @@ void applyPolicy(forms::Form& f, std::string_view policyText, std::string& step)
                 f.control(name).visible = true;
 
     step = "resize Breite: " + text;
-    bool narrowed = false;
-    closeUpButtons(f, narrowed);
-    if (narrowed) {
+    if (closeUpButtons(f)) {
         f.control("ckEncodePDF").left -= policy::EncodeShift;
         f.control("lbEncodePDF").left -= policy::EncodeShift;
     }
