@@ -43,6 +43,8 @@ void JobDialog::Form_KeyDown(int& keyCode, int& /*shift*/) {
 
 void JobDialog::deleteJob(std::string& step) {
     step = "Multidoc Dateien loeschen";
+    // The queue is looked for beside the job: a job from the user spool folder, where the queue
+    // lies, takes the whole queue with it; a job from another folder leaves the queue alone.
     auto& files = services().os.files();
     const std::string folder = state().PsFolder;
     std::vector<platform::DirEntry> queued;
