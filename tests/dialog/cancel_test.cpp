@@ -56,6 +56,19 @@ TEST_F(cancelling, closing_and_answering_yes_deletes_the_job_and_the_users_queue
     EXPECT_TRUE(exists("MultiDocbert1.ps")); // another user's queue is not touched
 }
 
+TEST_F(cancelling, a_job_from_the_machine_folder_leaves_the_queue_in_the_user_folder) {
+    writeJob(machineSpool, "anna0009.ps", "From the machine folder");
+    offerJob(machineSpool, "anna0009.ps");
+    auto& d = openDialog();
+    view.msgBoxAnswers.push_back(mb::Yes);
+
+    EXPECT_TRUE(d.Unload(ControlMenu));
+
+    EXPECT_FALSE(std::filesystem::exists(machineSpool + "anna0009.ps"));
+    EXPECT_TRUE(queueKept());
+    EXPECT_TRUE(jobKept()); // the other job in the user folder is not this dialog's
+}
+
 TEST_F(cancelling, escape_and_ok_deletes_the_job_but_leaves_the_dialog_on_screen) {
     auto& d = openDialog();
     view.msgBoxAnswers.push_back(mb::Ok);
