@@ -5,8 +5,7 @@
 
 #include "base/text.h"
 #include "dialog/job_dialog.h"
-
-#include <array>
+#include "naming/title_cleanup.h"
 
 namespace pl::dialog {
 
@@ -27,20 +26,7 @@ bool refusedWhileTyping(int keyAscii) {
 }
 
 std::string cleanPastedText(std::string_view text) {
-    // The names that applications put in front of a document's name in their title bars.
-    static constexpr std::array<std::string_view, 9> ApplicationNames{"Microsoft Word - ",
-                                                                      "Microsoft Excel - ",
-                                                                      "Microsoft Powerpoint - ",
-                                                                      "Microsoft Project - ",
-                                                                      "Microsoft Outlook - ",
-                                                                      "Microsoft Access - ",
-                                                                      "Microsoft Publisher - ",
-                                                                      "Editor",
-                                                                      "Wordpad"};
-    std::string cleaned(text);
-    for (auto name : ApplicationNames)
-        cleaned = text::ireplaceAll(cleaned, name, "");
-    return cleaned;
+    return naming::RemoveApplicationNames(text);
 }
 
 void JobDialog::pdfName_KeyPress(int& keyAscii) {
@@ -50,7 +36,7 @@ void JobDialog::pdfName_KeyPress(int& keyAscii) {
         actions().cmdDesktop_Click(); // Enter in the name box saves to the desktop
     if (keyAscii == KeyPaste) {
         // The key goes on afterwards, so the box pastes the cleaned text.
-        const std::string cleaned = cleanPastedText(view().clipboardText());
+        const std::string cleaned = naming::RemoveApplicationNames(view().clipboardText());
         view().setClipboardText("");
         view().setClipboardText(cleaned);
     }

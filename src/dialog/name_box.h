@@ -19,8 +19,4 @@ std::string ValidFileName(std::string_view name);
 // Whether the typed character `keyAscii` is swallowed by the name box.
 bool refusedWhileTyping(int keyAscii);
 
-// Pasted text with the application names that title bars put in front of a document's name
-// ("Microsoft Word - ") removed.
-std::string cleanPastedText(std::string_view text);
-
 } // namespace pl::dialog

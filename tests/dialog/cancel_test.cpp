@@ -141,7 +141,7 @@ TEST_F(cancelling, a_job_already_gone_is_no_error) {
     EXPECT_TRUE(d.Unload(ControlMenu));
 
     EXPECT_FALSE(queueKept());
-    EXPECT_TRUE(errors.reports.empty());
+    EXPECT_TRUE(errors.entries.empty());
 }
 
 } // namespace

@@ -47,7 +47,7 @@ DialogFixture::DialogFixture() {
 }
 
 void DialogFixture::TearDown() {
-    for (const auto& r : errors.reports)
+    for (const auto& r : errors.entries)
         ADD_FAILURE() << "error " << r.number << " reported by " << r.tag << " at step \"" << r.step << "\"";
 }
 

@@ -5,6 +5,7 @@
 #include "dialog/job_dialog.h"
 #include "forms/context.h"
 #include "platform/platform.h"
+#include "support/recording_errors.h"
 #include "support/scoped_env.h"
 #include "support/scripted_view.h"
 #include "support/temp_dir.h"
@@ -17,19 +18,6 @@
 #include <vector>
 
 namespace pl::test {
-
-class RecordingErrorSink final : public ErrorSink {
-public:
-    struct Report {
-        std::string tag;
-        std::string step;
-        int number;
-    };
-    std::vector<Report> reports;
-    void report(std::string_view tag, std::string_view step, const RuntimeError& error, std::string_view) override {
-        reports.push_back({std::string(tag), std::string(step), error.number()});
-    }
-};
 
 // What the dialog asked of its actions, and what they answer.
 struct ActionLog {
@@ -116,7 +104,7 @@ protected:
 
     std::unique_ptr<platform::Platform> os;
     platform::Registry* registry = nullptr;
-    RecordingErrorSink errors;
+    RecordingErrors errors;
     ScriptedView view;
     std::unique_ptr<Services> services;
     forms::AppState state;

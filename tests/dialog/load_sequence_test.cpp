@@ -121,7 +121,7 @@ TEST_F(load_sequence, the_dialog_waits_for_the_user_in_front_with_the_cursor_in_
     EXPECT_EQ(d.form().windowState, forms::Normal);
     EXPECT_TRUE(view.saw("front plDialog1"));
     EXPECT_EQ(d.form().focused, "pdfName");
-    EXPECT_TRUE(errors.reports.empty());
+    EXPECT_TRUE(errors.entries.empty());
 }
 
 TEST_F(load_sequence, started_with_v_the_dialog_is_not_pulled_to_the_front) {
@@ -195,12 +195,12 @@ TEST_F(load_sequence, a_failing_step_is_reported_with_the_loads_tag_and_the_step
 
     auto& d = openDialog();
 
-    ASSERT_EQ(errors.reports.size(), 1u);
-    EXPECT_EQ(errors.reports[0].tag, "plDialog1.load");
-    EXPECT_EQ(errors.reports[0].step, "Hintergrundfarbe setzen:");
-    EXPECT_EQ(errors.reports[0].number, err::Overflow);
+    ASSERT_EQ(errors.entries.size(), 1u);
+    EXPECT_EQ(errors.entries[0].tag, "plDialog1.load");
+    EXPECT_EQ(errors.entries[0].step, "Hintergrundfarbe setzen:");
+    EXPECT_EQ(errors.entries[0].number, err::Overflow);
     EXPECT_FALSE(d.form().visible); // the load stopped there
-    errors.reports.clear();
+    errors.entries.clear();
 }
 
 TEST(proposed_name, profile_named_by_job_takes_the_text_after_the_marker_without_ps) {
