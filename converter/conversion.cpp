@@ -1,0 +1,345 @@
+#include "converter/conversion.h"
+
+#include "converter/file_ops.h"
+#include "converter/ghostscript_command.h"
+#include "converter/output_files.h"
+#include "converter/profile.h"
+#include "platform/child_process.h"
+#include "platform/command_line.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <random>
+#include <vector>
+
+namespace pl::converter {
+
+namespace {
+
+// How many lines of Ghostscript's own output a failure message quotes.
+constexpr std::size_t kQuotedLines = 8;
+
+std::string inQuotes(std::string_view s) {
+    return "\"" + std::string(s) + "\"";
+}
+
+std::string randomHex() {
+    std::random_device device;
+    const unsigned long long value = (static_cast<unsigned long long>(device()) << 32) ^ device();
+    static const char digits[] = "0123456789abcdef";
+    std::string hex;
+    for (int shift = 60; shift >= 0; shift -= 4)
+        hex += digits[(value >> shift) & 0xF];
+    return hex;
+}
+
+// The last few lines Ghostscript printed: that is where it says what went wrong.
+std::string outputTail(const std::string& output) {
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    while (start < output.size()) {
+        std::size_t end = output.find('\n', start);
+        if (end == std::string::npos)
+            end = output.size();
+        std::string line = output.substr(start, end - start);
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        if (line.find_first_not_of(" \t") != std::string::npos)
+            lines.push_back(std::move(line));
+        start = end + 1;
+    }
+    if (lines.size() > kQuotedLines)
+        lines.erase(lines.begin(), lines.end() - kQuotedLines);
+    std::string tail;
+    for (const auto& line : lines)
+        tail += "\n" + line;
+    return tail;
+}
+
+std::optional<std::string> nonEmpty(const std::optional<std::string>& value) {
+    if (value && !value->empty())
+        return value;
+    return std::nullopt;
+}
+
+// Page files in page order: with a minimum width, a longer number is always the larger one.
+bool pageOrder(const std::string& a, const std::string& b) {
+    return a.size() != b.size() ? a.size() < b.size() : a < b;
+}
+
+class Job {
+public:
+    Job(const Request& request, ConversionContext& context) : request_(request), context_(context) {}
+    ~Job() { removeArgumentFile(); }
+    Job(const Job&) = delete;
+    Job& operator=(const Job&) = delete;
+
+    int run() {
+        context_.report.log("Konvertiere " + describeRequest());
+        if (!checkInputs() || !settleSwitches() || !settleEncryption() || !prepareOutput() || !convert() ||
+            !putInPlace())
+            return 1;
+        return afterActions();
+    }
+
+    // Leaves nothing behind of a run that did not produce its result.
+    void abandon() {
+        removeArgumentFile();
+        if (finished_)
+            return;
+        if (!temporary_.empty())
+            removeFile(temporary_);
+        for (const auto& file : producedPageFiles())
+            removeFile(file);
+    }
+
+private:
+    const Request& request_;
+    ConversionContext& context_;
+    std::vector<std::string> inputs_;
+    std::string output_;
+    ProfileSwitches switches_;
+    std::optional<Passwords> passwords_;
+    std::optional<std::string> argumentFile_;
+    std::optional<PagePattern> pattern_;
+    std::map<std::string, std::filesystem::file_time_type> pagesBefore_;
+    std::string temporary_;
+    std::vector<std::string> results_;
+    bool finished_ = false; // the result is in place: from here on nothing may remove it
+
+    std::string describeRequest() const {
+        std::string text = request_.mode == Mode::Merge ? "/m" : "/3 profile " + inQuotes(request_.profile);
+        text += " output " + inQuotes(request_.output);
+        for (const auto& input : request_.inputs)
+            text += " " + inQuotes(input);
+        return text;
+    }
+
+    bool fail(const std::string& message) {
+        abandon();
+        context_.report.failure(message + keptNote());
+        return false;
+    }
+
+    std::string keptNote() const {
+        return request_.inputs.size() == 1 ? "\nThe input file was kept." : "\nEvery input file was kept.";
+    }
+
+    bool checkInputs() {
+        for (const auto& input : request_.inputs) {
+            const std::string full = absolutePath(input);
+            if (!isFile(full))
+                return fail("The input file " + inQuotes(full) + " does not exist; nothing was converted.");
+            inputs_.push_back(full);
+        }
+        return true;
+    }
+
+    bool settleSwitches() {
+        if (request_.mode == Mode::Merge) {
+            // Merging always makes a PDF, whatever the default profile would say.
+            switches_ = cleanProfileSwitches({});
+            return true;
+        }
+        const auto path =
+            locateProfile(request_.profile, context_.userProfileFolder, context_.suiteFolder, context_.files);
+        Profile profile;
+        if (path) {
+            const auto text = readWholeFile(*path);
+            if (!text)
+                return fail("The profile " + inQuotes(*path) + " cannot be read; nothing was converted.");
+            profile = parseProfile(*text);
+            profile.path = *path;
+            context_.report.log("Profil: " + *path + ": " + profile.switches);
+        } else {
+            context_.report.log("Profil " + inQuotes(request_.profile) + " nicht gefunden: PDF mit Standardwerten");
+        }
+        // The profile's line is a Windows command line without the program; a stand-in program word
+        // keeps the first switch from being read by the program-name rule.
+        std::vector<std::string> words = platform::splitCommandLine("gs " + profile.switches);
+        if (!words.empty())
+            words.erase(words.begin());
+        switches_ = cleanProfileSwitches(words);
+        for (const auto& word : switches_.dropped)
+            context_.report.log("Profilschalter ignoriert: " + word);
+        if (!switches_.userPassword)
+            switches_.userPassword = profile.userPassword;
+        if (!switches_.ownerPassword)
+            switches_.ownerPassword = profile.ownerPassword;
+        return true;
+    }
+
+    bool settleEncryption() {
+        const Actions& actions = request_.actions;
+        if (request_.mode == Mode::Merge || actions.noCode)
+            return true;
+        const auto user = nonEmpty(switches_.userPassword);
+        const auto owner = nonEmpty(switches_.ownerPassword);
+        if (!isPdfDevice(switches_.device)) {
+            if (actions.encode)
+                context_.report.log("encode ignoriert: das Geraet " + switches_.device + " schreibt kein PDF");
+            return true;
+        }
+        if (user || owner) {
+            passwords_ = Passwords{user.value_or(""), owner ? *owner : *user};
+        } else if (actions.encode) {
+            if (!context_.ui.canAsk())
+                return fail("The PDF is to be protected with a password, but its profile holds none and there is "
+                            "no desktop to ask for one; nothing was converted.");
+            const auto asked = context_.ui.askPassword(fileNameOf(absolutePath(request_.output)));
+            if (!asked || asked->empty())
+                return fail("No password was given for the protected PDF; nothing was converted.");
+            passwords_ = Passwords{*asked, *asked};
+        } else {
+            return true;
+        }
+
+        const auto content = encryptionArgumentFile(*passwords_);
+        if (!content)
+            return fail("The PDF password cannot be used: it must not contain a line break, and a password "
+                        "ending in a backslash must not contain blanks or double quotes. Nothing was converted.");
+        argumentFile_ = platform::writePrivateTempFile("paperlark-", *content);
+        if (!argumentFile_)
+            return fail("The password file for Ghostscript cannot be written; nothing was converted.");
+        return true;
+    }
+
+    bool prepareOutput() {
+        output_ = absolutePath(request_.output);
+        const std::string folder = folderOf(output_);
+        if (!isFolder(folder))
+            return fail("The folder " + inQuotes(folder) + " does not exist; nothing was converted.");
+        if (isFolder(output_))
+            return fail("The output " + inQuotes(output_) + " is a folder; nothing was converted.");
+
+        // Trying to create a file is the only sure test that the folder can be written.
+        const std::string probe = utf8Path(fsPath(folder) / fsPath("~paperlark-" + randomHex() + ".tmp"));
+        if (!createEmptyFile(probe))
+            return fail("Cannot write into the folder " + inQuotes(folder) + "; nothing was converted.");
+
+        pattern_ = findPagePattern(output_);
+        if (pattern_) {
+            // One file per page, written by Ghostscript under their final names.
+            removeFile(probe);
+            pagesBefore_ = existingPageFiles(*pattern_);
+        } else {
+            temporary_ = probe;
+        }
+        return true;
+    }
+
+    bool convert() {
+        GhostscriptRun run;
+        run.program = context_.settings.ghostscript;
+        run.switches = switches_.switches;
+        run.argumentFile = argumentFile_;
+        run.outputFile = pattern_ ? ghostscriptOutputFile(output_, true) : ghostscriptOutputFile(temporary_, false);
+        run.inputs = inputs_;
+        const std::vector<std::string> args = ghostscriptArguments(run);
+
+        std::string commandLine;
+        for (const auto& word : args)
+            commandLine += (commandLine.empty() ? "" : " ") + platform::quoteArgument(word);
+        context_.report.log("Ghostscript: " + commandLine);
+
+        const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(context_.settings.timeLimit);
+        const platform::ChildResult result = platform::runAndWait(args, limit);
+        removeArgumentFile();
+
+        if (!result.started)
+            return fail("Ghostscript (" + inQuotes(run.program) + ") cannot be started: " + result.startError +
+                        ". Nothing was converted.");
+        if (result.timedOut)
+            return fail("Ghostscript did not finish within " + std::to_string(context_.settings.timeLimit.count()) +
+                        " seconds and was stopped; nothing was converted.");
+        if (result.exitCode != 0)
+            return fail("Ghostscript could not convert the job (exit code " + std::to_string(result.exitCode) +
+                        "); nothing was converted." + outputTail(result.output));
+
+        if (pattern_) {
+            results_ = producedPageFiles();
+            if (results_.empty())
+                return fail("Ghostscript wrote no page; nothing was converted." + outputTail(result.output));
+        } else {
+            const auto size = fileSize(temporary_);
+            if (!size || *size == 0)
+                return fail("Ghostscript wrote an empty result; nothing was converted." + outputTail(result.output));
+        }
+        return true;
+    }
+
+    bool putInPlace() {
+        if (pattern_) {
+            finished_ = true;
+            return true;
+        }
+        if (!replaceFile(temporary_, output_))
+            return fail("The result cannot be saved as " + inQuotes(output_) + "; nothing was converted.");
+        temporary_.clear();
+        finished_ = true;
+        results_ = {output_};
+        context_.report.log("Ausgabe geschrieben: " + output_);
+        return true;
+    }
+
+    int afterActions() {
+        int exitCode = 0;
+        const Actions& actions = request_.actions;
+        if (actions.deleteInputs) {
+            for (const auto& input : inputs_) {
+                if (!removeFile(input) && isFile(input)) {
+                    context_.report.failure("The result was written, but the input file " + inQuotes(input) +
+                                            " cannot be deleted.");
+                    exitCode = 1;
+                }
+            }
+        }
+        if (actions.open && !context_.desktop.open(results_.front())) {
+            context_.report.failure("The result " + inQuotes(results_.front()) + " was written but cannot be opened.");
+            exitCode = 1;
+        }
+        if (actions.email && !context_.desktop.mail(results_)) {
+            context_.report.failure("The result " + inQuotes(results_.front()) +
+                                    " was written but cannot be handed to the mail program.");
+            exitCode = 1;
+        }
+        return exitCode;
+    }
+
+    // Page files that did not exist before this run or that it has rewritten, in page order.
+    std::vector<std::string> producedPageFiles() const {
+        std::vector<std::string> produced;
+        if (!pattern_)
+            return produced;
+        for (const auto& [file, time] : existingPageFiles(*pattern_)) {
+            const auto before = pagesBefore_.find(file);
+            if (before == pagesBefore_.end() || before->second != time)
+                produced.push_back(file);
+        }
+        std::sort(produced.begin(), produced.end(), pageOrder);
+        return produced;
+    }
+
+    void removeArgumentFile() {
+        if (argumentFile_) {
+            removeFile(*argumentFile_);
+            argumentFile_.reset();
+        }
+    }
+};
+
+} // namespace
+
+int carryOut(const Request& request, ConversionContext& context) {
+    Job job(request, context);
+    try {
+        return job.run();
+    } catch (const std::exception& error) {
+        job.abandon();
+        context.report.failure(std::string("Unexpected error: ") + error.what() + "\nEvery input file was kept.");
+        return 1;
+    }
+}
+
+} // namespace pl::converter
