@@ -17,7 +17,7 @@ namespace pl::converter {
 
 namespace {
 
-// How many lines of Ghostscript's own output a failure message quotes.
+// At most this many lines of Ghostscript's own output go into a failure message.
 constexpr std::size_t kQuotedLines = 8;
 
 std::string inQuotes(std::string_view s) {
@@ -34,8 +34,9 @@ std::string randomHex() {
     return hex;
 }
 
-// The last few lines Ghostscript printed: that is where it says what went wrong.
-std::string outputTail(const std::string& output) {
+// What Ghostscript said about its failure: its error lines and its last word, or, when it named no
+// error, the last few lines it printed. The stacks it dumps after an error mean nothing to the user.
+std::string failureDetails(const std::string& output) {
     std::vector<std::string> lines;
     std::size_t start = 0;
     while (start < output.size()) {
@@ -49,12 +50,25 @@ std::string outputTail(const std::string& output) {
             lines.push_back(std::move(line));
         start = end + 1;
     }
-    if (lines.size() > kQuotedLines)
-        lines.erase(lines.begin(), lines.end() - kQuotedLines);
-    std::string tail;
-    for (const auto& line : lines)
-        tail += "\n" + line;
-    return tail;
+    if (lines.empty())
+        return {};
+    std::vector<std::string> chosen;
+    for (const auto& line : lines) {
+        if (line.find("Error") != std::string::npos || line.find("error:") != std::string::npos)
+            chosen.push_back(line);
+    }
+    if (chosen.empty() || chosen.back() != lines.back()) {
+        if (chosen.empty())
+            chosen.assign(lines.end() - static_cast<std::ptrdiff_t>(std::min(lines.size(), kQuotedLines)), lines.end());
+        else
+            chosen.push_back(lines.back());
+    }
+    if (chosen.size() > kQuotedLines)
+        chosen.erase(chosen.begin(), chosen.end() - static_cast<std::ptrdiff_t>(kQuotedLines));
+    std::string details;
+    for (const auto& line : chosen)
+        details += "\n" + line;
+    return details;
 }
 
 std::optional<std::string> nonEmpty(const std::optional<std::string>& value) {
@@ -218,7 +232,10 @@ private:
         if (!createEmptyFile(probe))
             return fail("Cannot write into the folder " + inQuotes(folder) + "; nothing was converted.");
 
-        pattern_ = findPagePattern(output_);
+        // A page number in the name means one file per page, which is how image devices are used;
+        // a PDF is one document, and a "%d" in its name is just part of the name.
+        if (!isPdfDevice(switches_.device))
+            pattern_ = findPagePattern(output_);
         if (pattern_) {
             // One file per page, written by Ghostscript under their final names.
             removeFile(probe);
@@ -255,16 +272,17 @@ private:
                         " seconds and was stopped; nothing was converted.");
         if (result.exitCode != 0)
             return fail("Ghostscript could not convert the job (exit code " + std::to_string(result.exitCode) +
-                        "); nothing was converted." + outputTail(result.output));
+                        "); nothing was converted." + failureDetails(result.output));
 
         if (pattern_) {
             results_ = producedPageFiles();
             if (results_.empty())
-                return fail("Ghostscript wrote no page; nothing was converted." + outputTail(result.output));
+                return fail("Ghostscript wrote no page; nothing was converted." + failureDetails(result.output));
         } else {
             const auto size = fileSize(temporary_);
             if (!size || *size == 0)
-                return fail("Ghostscript wrote an empty result; nothing was converted." + outputTail(result.output));
+                return fail("Ghostscript wrote an empty result; nothing was converted." +
+                            failureDetails(result.output));
         }
         return true;
     }
