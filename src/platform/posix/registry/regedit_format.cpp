@@ -1,1 +1,443 @@
-// to be written
+#include "platform/posix/registry/regedit_format.h"
+
+#include "base/text.h"
+
+#include <array>
+
+namespace pl::platform::posix {
+
+namespace {
+
+constexpr std::string_view Version5Header = "Windows Registry Editor Version 5.00";
+constexpr std::string_view Version4Header = "REGEDIT4";
+
+constexpr std::array<std::pair<RootKey, std::string_view>, 7> rootNames{{
+    {HKEY_CLASSES_ROOT, "HKEY_CLASSES_ROOT"},
+    {HKEY_CURRENT_USER, "HKEY_CURRENT_USER"},
+    {HKEY_LOCAL_MACHINE, "HKEY_LOCAL_MACHINE"},
+    {HKEY_USERS, "HKEY_USERS"},
+    {HKEY_PERFORMANCE_DATA, "HKEY_PERFORMANCE_DATA"},
+    {HKEY_CURRENT_CONFIG, "HKEY_CURRENT_CONFIG"},
+    {HKEY_DYN_DATA, "HKEY_DYN_DATA"},
+}};
+
+bool isTextType(std::uint32_t type) {
+    return type == regtype::Sz || type == regtype::ExpandSz || type == regtype::MultiSz;
+}
+
+// ---- encodings ----------------------------------------------------------------------------------
+
+// UTF-16LE code units to UTF-8. A lone surrogate becomes U+FFFD; an odd last byte stands for the
+// character of its own code, so nothing the file holds is silently dropped.
+std::string utf16leToUtf8(std::string_view bytes) {
+    std::u32string chars;
+    chars.reserve(bytes.size() / 2 + 1);
+    const std::size_t units = bytes.size() / 2;
+    auto unit = [&](std::size_t i) {
+        return static_cast<char32_t>(static_cast<unsigned char>(bytes[2 * i]) |
+                                     (static_cast<unsigned char>(bytes[2 * i + 1]) << 8));
+    };
+    for (std::size_t i = 0; i < units; ++i) {
+        const char32_t u = unit(i);
+        if (u >= 0xD800 && u <= 0xDBFF && i + 1 < units && unit(i + 1) >= 0xDC00 && unit(i + 1) <= 0xDFFF) {
+            chars.push_back(0x10000 + ((u - 0xD800) << 10) + (unit(i + 1) - 0xDC00));
+            ++i;
+        } else if (u >= 0xD800 && u <= 0xDFFF) {
+            chars.push_back(0xFFFD);
+        } else {
+            chars.push_back(u);
+        }
+    }
+    if (bytes.size() % 2 != 0)
+        chars.push_back(static_cast<unsigned char>(bytes.back()));
+    return text::encode(chars);
+}
+
+std::vector<std::uint8_t> utf8ToUtf16le(std::string_view utf8) {
+    std::vector<std::uint8_t> out;
+    out.reserve(utf8.size() * 2);
+    auto put = [&](char32_t u) {
+        out.push_back(static_cast<std::uint8_t>(u & 0xFF));
+        out.push_back(static_cast<std::uint8_t>((u >> 8) & 0xFF));
+    };
+    for (char32_t c : text::decode(utf8)) {
+        if (c >= 0x10000) {
+            put(0xD800 + ((c - 0x10000) >> 10));
+            put(0xDC00 + ((c - 0x10000) & 0x3FF));
+        } else {
+            put(c);
+        }
+    }
+    return out;
+}
+
+// Valid UTF-8 from any bytes: a byte that does not start a valid sequence is the character of its code.
+std::string normalized(std::string_view bytes) {
+    return text::encode(text::decode(bytes));
+}
+
+// The whole file as UTF-8 text, whatever encoding it came in.
+std::string fileText(std::string_view bytes) {
+    if (bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) == 0xFF &&
+        static_cast<unsigned char>(bytes[1]) == 0xFE)
+        return utf16leToUtf8(bytes.substr(2));
+    if (bytes.starts_with("\xEF\xBB\xBF"))
+        bytes.remove_prefix(3);
+    return normalized(bytes);
+}
+
+// ---- parsing ------------------------------------------------------------------------------------
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+std::string_view trimLeft(std::string_view s) {
+    while (!s.empty() && isBlank(s.front()))
+        s.remove_prefix(1);
+    return s;
+}
+
+std::string_view trimRight(std::string_view s) {
+    while (!s.empty() && isBlank(s.back()))
+        s.remove_suffix(1);
+    return s;
+}
+
+std::vector<std::string_view> splitLines(std::string_view text) {
+    std::vector<std::string_view> lines;
+    while (!text.empty()) {
+        const std::size_t end = text.find('\n');
+        std::string_view line = text.substr(0, end);
+        if (line.ends_with('\r'))
+            line.remove_suffix(1);
+        lines.push_back(line);
+        if (end == std::string_view::npos)
+            break;
+        text.remove_prefix(end + 1);
+    }
+    return lines;
+}
+
+int hexDigit(char c) {
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+// 1 to `maxDigits` hexadecimal digits, nothing else.
+bool parseHexNumber(std::string_view s, std::size_t maxDigits, std::uint32_t& out) {
+    if (s.empty() || s.size() > maxDigits)
+        return false;
+    out = 0;
+    for (char c : s) {
+        const int d = hexDigit(c);
+        if (d < 0)
+            return false;
+        out = (out << 4) | static_cast<std::uint32_t>(d);
+    }
+    return true;
+}
+
+struct ParseFailure {
+    std::string message;
+};
+
+class Parser {
+public:
+    explicit Parser(std::string_view text) : lines_(splitLines(text)) {}
+
+    RegFileParse run() {
+        RegFileParse result;
+        try {
+            RegFile file;
+            readHeader();
+            for (; next_ < lines_.size();) {
+                const std::string_view line = trimLeft(lines_[next_++]);
+                lineNo_ = next_;
+                if (trimRight(line).empty() || line.front() == ';')
+                    continue;
+                if (line.front() == '[')
+                    file.keys.push_back(parseKeyLine(trimRight(line)));
+                else if (line.front() == '"' || line.front() == '@') {
+                    if (file.keys.empty())
+                        throw ParseFailure{"value line before the first [key] line"};
+                    file.keys.back().values.push_back(parseValueLine(line));
+                } else
+                    throw ParseFailure{"neither a [key] line, a value line nor a ; comment"};
+            }
+            result.file = std::move(file);
+        } catch (const ParseFailure& failure) {
+            result.error = {lineNo_, failure.message};
+        }
+        return result;
+    }
+
+private:
+    void readHeader() {
+        while (next_ < lines_.size() && trimRight(trimLeft(lines_[next_])).empty())
+            ++next_;
+        if (next_ == lines_.size())
+            return; // an empty file is an empty registry file
+        lineNo_ = next_ + 1;
+        const std::string_view header = trimRight(trimLeft(lines_[next_++]));
+        if (header == Version4Header)
+            version4_ = true;
+        else if (header != Version5Header)
+            throw ParseFailure{"the first line must be \"Windows Registry Editor Version 5.00\" or \"REGEDIT4\""};
+    }
+
+    RegFileKey parseKeyLine(std::string_view line) {
+        if (!line.ends_with(']'))
+            throw ParseFailure{"a [key] line must end with ]"};
+        std::string_view path = line.substr(1, line.size() - 2);
+        RegFileKey key;
+        key.line = lineNo_;
+        if (path.starts_with('-')) {
+            key.remove = true;
+            path.remove_prefix(1);
+        }
+        const std::size_t sep = path.find('\\');
+        key.root = rootFromLongName(path.substr(0, sep));
+        if (key.root == 0)
+            throw ParseFailure{"unknown root key \"" + std::string(path.substr(0, sep)) + "\""};
+        if (sep != std::string_view::npos) {
+            std::string_view sub = path.substr(sep + 1);
+            if (sub.ends_with('\\')) // as regedit, a trailing "\" is tolerated
+                sub.remove_suffix(1);
+            if (!isWritableKeyPath(sub))
+                throw ParseFailure{"empty key name in the key path"};
+            key.subKey = std::string(sub);
+        }
+        return key;
+    }
+
+    // A quoted name or string starting at line[pos] == '"'; `pos` ends behind the closing quote.
+    // Only \\ and \" are escapes; any other backslash stands for itself, as regedit has it.
+    std::string parseQuoted(std::string_view line, std::size_t& pos) {
+        std::string out;
+        for (++pos; pos < line.size(); ++pos) {
+            const char c = line[pos];
+            if (c == '"') {
+                ++pos;
+                return out;
+            }
+            if (c == '\\' && pos + 1 < line.size() && (line[pos + 1] == '\\' || line[pos + 1] == '"'))
+                ++pos;
+            out += line[pos];
+        }
+        throw ParseFailure{"missing closing \""};
+    }
+
+    RegFileValue parseValueLine(std::string_view line) {
+        RegFileValue value;
+        std::size_t pos = 0;
+        if (line.front() == '@')
+            pos = 1;
+        else
+            value.name = parseQuoted(line, pos);
+        std::string_view rest = trimLeft(line.substr(pos));
+        if (!rest.starts_with('='))
+            throw ParseFailure{"= expected after the value name"};
+        rest = trimLeft(rest.substr(1));
+        if (trimRight(rest) == "-") {
+            value.remove = true;
+        } else if (rest.starts_with('"')) {
+            std::size_t at = 0;
+            const std::string data = parseQuoted(rest, at);
+            if (!trimRight(rest.substr(at)).empty())
+                throw ParseFailure{"unexpected text after the closing \""};
+            value.type = regtype::Sz;
+            value.data.assign(data.begin(), data.end());
+            value.data.push_back(0);
+        } else if (text::istartsWith(rest, "dword:")) {
+            std::uint32_t number = 0;
+            if (!parseHexNumber(trimRight(rest.substr(6)), 8, number))
+                throw ParseFailure{"dword: needs 1 to 8 hexadecimal digits"};
+            value.type = regtype::Dword;
+            for (int i = 0; i < 4; ++i)
+                value.data.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
+        } else if (text::istartsWith(rest, "hex")) {
+            parseHexValue(rest.substr(3), value);
+        } else {
+            throw ParseFailure{"value data must be \"text\", dword:, hex: or -"};
+        }
+        return value;
+    }
+
+    void parseHexValue(std::string_view rest, RegFileValue& value) {
+        value.type = regtype::Binary;
+        if (rest.starts_with('(')) {
+            const std::size_t close = rest.find(')');
+            if (close == std::string_view::npos || !parseHexNumber(rest.substr(1, close - 1), 8, value.type))
+                throw ParseFailure{"hex(N): needs a hexadecimal type number"};
+            rest.remove_prefix(close + 1);
+        }
+        if (!rest.starts_with(':'))
+            throw ParseFailure{": expected after hex"};
+        // Long data continues on the next lines, each line but the last ending in "\".
+        std::string list(trimRight(rest.substr(1)));
+        while (list.ends_with('\\')) {
+            list.pop_back();
+            if (next_ == lines_.size())
+                break;
+            list += trimRight(trimLeft(lines_[next_++]));
+            lineNo_ = next_;
+        }
+        std::string bytes;
+        std::string_view items = list;
+        while (!trimLeft(items).empty()) {
+            const std::size_t comma = items.find(',');
+            const std::string_view item = trimRight(trimLeft(items.substr(0, comma)));
+            std::uint32_t b = 0;
+            if (!parseHexNumber(item, 2, b))
+                throw ParseFailure{"hex data must be bytes of two hexadecimal digits separated by commas"};
+            bytes += static_cast<char>(b);
+            if (comma == std::string_view::npos)
+                break;
+            items.remove_prefix(comma + 1);
+        }
+        if (isTextType(value.type))
+            bytes = version4_ ? normalized(bytes) : utf16leToUtf8(bytes);
+        value.data.assign(bytes.begin(), bytes.end());
+    }
+
+    std::vector<std::string_view> lines_;
+    std::size_t next_ = 0;   // index of the next line to read
+    std::size_t lineNo_ = 0; // 1-based number of the line being parsed
+    bool version4_ = false;
+};
+
+// ---- writing ------------------------------------------------------------------------------------
+
+constexpr std::size_t HexLineWidth = 80;
+
+std::string quoted(std::string_view s) {
+    std::string out = "\"";
+    for (char c : normalized(s)) {
+        if (c == '\\' || c == '"')
+            out += '\\';
+        out += c;
+    }
+    out += '"';
+    return out;
+}
+
+// A REG_SZ goes in quotes when it is one line of text ending in its NUL; anything else (no NUL,
+// inner NULs, line breaks) is written as hex(1) so that it reads back byte for byte.
+bool fitsInQuotes(const RegFileValue& value) {
+    const auto& d = value.data;
+    if (d.empty() || d.back() != 0)
+        return false;
+    for (std::size_t i = 0; i + 1 < d.size(); ++i)
+        if (d[i] == 0 || d[i] == '\n' || d[i] == '\r')
+            return false;
+    return true;
+}
+
+void writeHex(std::string& out, std::size_t lineStart, const std::vector<std::uint8_t>& bytes) {
+    static constexpr char digits[] = "0123456789abcdef";
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+        out += digits[bytes[i] >> 4];
+        out += digits[bytes[i] & 0xF];
+        if (i + 1 == bytes.size())
+            break;
+        out += ',';
+        // Break like regedit: the continued line starts with two blanks.
+        if (out.size() - lineStart >= HexLineWidth - 4) {
+            out += "\\\n  ";
+            lineStart = out.size() - 2;
+        }
+    }
+}
+
+void writeValue(std::string& out, const RegFileValue& value) {
+    const std::size_t lineStart = out.size();
+    out += value.name.empty() ? std::string("@") : quoted(value.name);
+    out += '=';
+    if (value.remove) {
+        out += '-';
+    } else if (value.type == regtype::Sz && fitsInQuotes(value)) {
+        out += quoted(std::string_view(reinterpret_cast<const char*>(value.data.data()), value.data.size() - 1));
+    } else if (value.type == regtype::Dword && value.data.size() == 4) {
+        static constexpr char digits[] = "0123456789abcdef";
+        out += "dword:";
+        for (int i = 3; i >= 0; --i) {
+            out += digits[value.data[i] >> 4];
+            out += digits[value.data[i] & 0xF];
+        }
+    } else {
+        if (value.type == regtype::Binary) {
+            out += "hex:";
+        } else {
+            static constexpr char digits[] = "0123456789abcdef";
+            std::string type;
+            for (std::uint32_t t = value.type; t != 0; t >>= 4)
+                type.insert(type.begin(), digits[t & 0xF]);
+            out += "hex(" + (type.empty() ? std::string("0") : type) + "):";
+        }
+        if (isTextType(value.type)) {
+            const std::string_view textData(reinterpret_cast<const char*>(value.data.data()), value.data.size());
+            writeHex(out, lineStart, utf8ToUtf16le(textData));
+        } else {
+            writeHex(out, lineStart, value.data);
+        }
+    }
+    out += '\n';
+}
+
+} // namespace
+
+RegFileParse parseRegFile(std::string_view bytes) {
+    return Parser(fileText(bytes)).run();
+}
+
+std::string writeRegFile(const RegFile& file) {
+    std::string out(Version5Header);
+    out += "\n\n";
+    for (const RegFileKey& key : file.keys) {
+        out += key.remove ? "[-" : "[";
+        out += normalized(rootLongName(key.root));
+        if (!key.subKey.empty()) {
+            out += '\\';
+            out += normalized(key.subKey);
+        }
+        out += "]\n";
+        for (const RegFileValue& value : key.values)
+            writeValue(out, value);
+        out += '\n';
+    }
+    return out;
+}
+
+bool isWritableName(std::string_view name) {
+    return name.find('\n') == std::string_view::npos;
+}
+
+bool isWritableKeyPath(std::string_view path) {
+    if (path.empty())
+        return true;
+    if (!isWritableName(path) || path.front() == '\\' || path.back() == '\\')
+        return false;
+    return path.find("\\\\") == std::string_view::npos;
+}
+
+std::string_view rootLongName(RootKey root) {
+    for (const auto& [key, name] : rootNames)
+        if (key == root)
+            return name;
+    return {};
+}
+
+RootKey rootFromLongName(std::string_view name) {
+    for (const auto& [key, longName] : rootNames)
+        if (text::iequals(name, longName))
+            return key;
+    return 0;
+}
+
+} // namespace pl::platform::posix
