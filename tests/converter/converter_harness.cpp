@@ -25,11 +25,9 @@ ConverterHarness::ConverterHarness() {
     env_.set("USERPROFILE", std::nullopt);
     env_.set("XDG_CONFIG_HOME", home() + ".config");
     env_.set("XDG_DATA_HOME", home() + ".local/share");
-    env_.set("PAPERLARK_REGISTRY_DIR", dir_.folder() + "registry");
     env_.set("TMPDIR", temp());
     env_.set("DISPLAY", std::nullopt);
     env_.set("WAYLAND_DISPLAY", std::nullopt);
-    std::filesystem::create_directories(dir_.folder() + "registry");
 }
 
 std::string ConverterHarness::writeJob(const std::string& name, const std::vector<std::string>& words) const {
@@ -52,11 +50,7 @@ std::string ConverterHarness::writeUserProfile(const std::string& name, const st
 }
 
 void ConverterHarness::setUserValue(const std::string& name, const std::string& value) {
-    userValues_.emplace_back(name, value);
-    std::string hive = "Windows Registry Editor Version 5.00\n\n[HKEY_CURRENT_USER\\Software\\tobrin\\PaperlarkXP]\n";
-    for (const auto& [valueName, data] : userValues_)
-        hive += "\"" + valueName + "\"=\"" + data + "\"\n";
-    dir_.write("registry/HKEY_CURRENT_USER.reg", hive);
+    ASSERT_EQ(registry_.registry().SetRegValue("HKCU\\Software\\tobrin\\PaperlarkXP", name, value), "True");
 }
 
 platform::ChildResult ConverterHarness::run(const std::vector<std::string>& args) const {

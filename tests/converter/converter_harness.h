@@ -6,6 +6,7 @@
 #include "platform/child_process.h"
 #include "support/scoped_env.h"
 #include "support/temp_dir.h"
+#include "support/test_registry.h"
 
 #include <string>
 #include <vector>
@@ -43,7 +44,7 @@ public:
 private:
     TempDir dir_;
     ScopedEnv env_;
-    std::vector<std::pair<std::string, std::string>> userValues_;
+    TestRegistry registry_;
 };
 
 // Pages of a PDF as pdfinfo counts them; -1 when pdfinfo cannot open it (with `password` as the
