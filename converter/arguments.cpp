@@ -47,6 +47,21 @@ std::optional<std::string> parseActions(const std::string& list, Actions& action
     return std::nullopt;
 }
 
+// The output at `outputAt` and every word after it as the inputs. An empty name would reach
+// Ghostscript as the current folder, so it is refused here.
+ParsedArguments withFiles(Request request, const std::string& form, const std::vector<std::string>& args,
+                          std::size_t outputAt) {
+    request.output = args[outputAt];
+    if (request.output.empty())
+        return failure(form + ": OUTPUT is empty");
+    request.inputs.assign(args.begin() + static_cast<std::ptrdiff_t>(outputAt) + 1, args.end());
+    for (const auto& input : request.inputs) {
+        if (input.empty())
+            return failure(form + ": an input file name is empty");
+    }
+    return ParsedArguments{std::move(request), {}};
+}
+
 ParsedArguments parseConvert(const std::vector<std::string>& args) {
     static const char* const names[] = {"ACTIONS", "PROFILE", "OUTPUT", "JOBFILE"};
     if (args.size() < 5)
@@ -57,15 +72,7 @@ ParsedArguments parseConvert(const std::vector<std::string>& args) {
     if (auto error = parseActions(args[1], request.actions))
         return failure("/3: " + *error);
     request.profile = args[2];
-    request.output = args[3];
-    if (request.output.empty())
-        return failure("/3: OUTPUT is empty");
-    request.inputs.assign(args.begin() + 4, args.end());
-    for (const auto& input : request.inputs) {
-        if (input.empty())
-            return failure("/3: an input file name is empty");
-    }
-    return ParsedArguments{std::move(request), {}};
+    return withFiles(std::move(request), "/3", args, 3);
 }
 
 ParsedArguments parseMerge(const std::vector<std::string>& args) {
@@ -75,15 +82,7 @@ ParsedArguments parseMerge(const std::vector<std::string>& args) {
         return failure("/m: missing argument INPUT");
     Request request;
     request.mode = Mode::Merge;
-    request.output = args[1];
-    if (request.output.empty())
-        return failure("/m: OUTPUT is empty");
-    request.inputs.assign(args.begin() + 2, args.end());
-    for (const auto& input : request.inputs) {
-        if (input.empty())
-            return failure("/m: an input file name is empty");
-    }
-    return ParsedArguments{std::move(request), {}};
+    return withFiles(std::move(request), "/m", args, 1);
 }
 
 } // namespace
