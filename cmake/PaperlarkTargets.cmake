@@ -8,6 +8,10 @@ function(paperlark_defaults target)
     elseif(MSVC)
         target_compile_options(${target} PRIVATE /W4 /utf-8)
     endif()
+    if(PAPERLARK_FUZZ)
+        # Libraries are instrumented too, so that libFuzzer sees the coverage of the code it feeds.
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link,address,undefined)
+    endif()
     if(PAPERLARK_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${PAPERLARK_SANITIZE} -fno-omit-frame-pointer
                                                  -fno-sanitize-recover=all)

@@ -2,6 +2,9 @@
 // Turns a raw document title into something usable as a file name: decodes the encodings in which
 // applications write titles, removes application names and document extensions, and replaces
 // characters that file names cannot hold.
+//
+// Every position and length here counts characters (code points), not bytes. Input bytes that are
+// not valid UTF-8 stand for the Latin-1 character of the same code, as the job files are 8-bit text.
 
 #include "base/errors.h"
 
@@ -11,18 +14,22 @@
 
 namespace pl::naming {
 
-// Rewrites `title` in place. Errors go to `errors` with the tag "ParsePDFName.ParsePdfFileName";
-// the title is then left as far as it got.
+// Rewrites `title` in place. Errors go to `errors` with the tag "ParsePDFName.ParsePdfFileName"
+// and the title as data; the title is then left as far as it got.
 void ParsePdfFileName(std::string& title, ErrorSink& errors);
 
-// PostScript hexadecimal strings <...> decoded; raises a run-time error for a pair that is not hex.
+// PostScript hexadecimal strings <...> decoded; only the last group survives, with the text before
+// it. Raises a type mismatch (13) for a pair that is not hexadecimal.
 std::string DecodeHexString(std::string_view text);
-// Protocol prefix, URL escapes and path tail removed. Traps its own errors ("ParsePDFName.URLDecode").
+// Protocol prefix, URL escapes and path tail removed. Traps its own errors ("ParsePDFName.URLDecode")
+// and then returns the empty text; a text of 32767 characters or more overflows its position counter.
 std::string URLDecode(std::string_view text, ErrorSink& errors);
-// PostScript escapes decoded. Traps its own errors ("psSpecialChar1.PsspecialChar"). Also cleans
-// the user name that prefixes every job file.
+// PostScript hexadecimal groups and octal escapes (\ooo) decoded. Traps its own errors
+// ("psSpecialChar1.PsspecialChar") and then returns the empty text. Also cleans the user name that
+// prefixes every job file.
 std::string PsspecialChar(std::string_view text, ErrorSink& errors);
-// Octal digits to a 16-bit value; raises overflow (6) past 32767.
+// Up to 7 decimal digit characters read as octal; raises overflow (6) past 32767, a type mismatch
+// (13) for a character that is not a digit and subscript out of range (9) for an eighth digit.
 std::int16_t OctalValue(std::string_view digits);
 
 } // namespace pl::naming

@@ -24,7 +24,8 @@ public:
     virtual ~FileSystem() = default;
 
     // The first entry of `folder` (in directory order) whose name matches `pattern`, like
-    // FindFirstFile. Folders and "." / ".." are skipped unless `includeFolders`.
+    // FindFirstFile. Folders are skipped unless `includeFolders`; "." and ".." are never reported,
+    // so a search of an empty folder finds nothing (ask exists() or isFolder() about the folder).
     virtual std::optional<DirEntry> findFirst(std::string_view folder, std::string_view pattern,
                                               bool includeFolders = false) const = 0;
     // Every match, in directory order.

@@ -1,1 +1,7 @@
-// to be written
+#include "platform/paths.h"
+
+namespace pl::platform {
+
+const char PathSep = '/';
+
+} // namespace pl::platform

@@ -1,71 +1,128 @@
 #include "platform/posix/xdg_dirs.h"
+#include "platform/posix/posix_services.h"
 
 #include <cstdlib>
 #include <fstream>
-#include <vector>
-
 #include <pwd.h>
+#include <string_view>
 #include <unistd.h>
+#include <vector>
 
 namespace pl::platform::posix {
 
 namespace {
 
-std::string variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value != nullptr ? std::string(value) : std::string();
+std::string withoutTrailingSlash(std::string path) {
+    while (path.size() > 1 && path.back() == '/')
+        path.pop_back();
+    return path;
 }
 
-std::string orUnderHome(const char* name, const char* relative) {
-    std::string value = variable(name);
-    return value.empty() ? homeDir() + "/" + relative : value;
+// The base directory specification ignores relative values: they would mean something different
+// in every working folder.
+std::string absoluteOr(const std::string& value, const std::string& fallback) {
+    return !value.empty() && value[0] == '/' ? withoutTrailingSlash(value) : fallback;
 }
 
-// The value of XDG_DESKTOP_DIR in user-dirs.dirs: "$HOME/Desktop" in double quotes.
-std::string desktopFromUserDirs() {
-    std::ifstream in(xdgConfigHome() + "/user-dirs.dirs");
-    for (std::string line; std::getline(in, line);) {
-        constexpr std::string_view key = "XDG_DESKTOP_DIR=";
-        if (!line.starts_with(key))
-            continue;
-        std::string value = line.substr(key.size());
-        if (value.size() >= 2 && value.front() == '"' && value.back() == '"')
-            value = value.substr(1, value.size() - 2);
-        if (value.starts_with("$HOME"))
-            value = homeDir() + value.substr(5);
-        return value;
+std::string underHome(const char* relative) {
+    const std::string home = homeDir();
+    return home.empty() ? std::string() : home + "/" + relative;
+}
+
+// user-dirs.dirs values are "$HOME/Name" or an absolute path; anything else is not a folder.
+std::string expandHome(const std::string& value) {
+    constexpr std::string_view homeRef = "$HOME";
+    if (value.compare(0, homeRef.size(), homeRef) == 0 &&
+        (value.size() == homeRef.size() || value[homeRef.size()] == '/')) {
+        const std::string home = homeDir();
+        return home.empty() ? std::string() : withoutTrailingSlash(home + value.substr(homeRef.size()));
     }
-    return {};
+    return absoluteOr(value, {});
+}
+
+// The value of `key` in a user-dirs.dirs file: shell-style lines KEY="value", where a backslash
+// takes the next character literally.
+std::string userDirsEntry(const std::string& file, std::string_view key) {
+    std::ifstream in(file);
+    std::string line;
+    std::string found;
+    while (std::getline(in, line)) {
+        std::size_t i = line.find_first_not_of(" \t");
+        if (i == std::string::npos || line[i] == '#')
+            continue;
+        if (line.compare(i, key.size(), key) != 0 || line.size() <= i + key.size() || line[i + key.size()] != '=')
+            continue;
+        i += key.size() + 1;
+        std::string value;
+        if (i < line.size() && line[i] == '"') {
+            for (++i; i < line.size() && line[i] != '"'; ++i) {
+                if (line[i] == '\\' && i + 1 < line.size())
+                    ++i;
+                value.push_back(line[i]);
+            }
+        } else {
+            const std::size_t end = line.find_first_of(" \t", i);
+            value = line.substr(i, end == std::string::npos ? std::string::npos : end - i);
+        }
+        found = value; // like the shell that sources the file, the last assignment wins
+    }
+    return found;
+}
+
+std::string userDir(const char* key, const char* defaultName) {
+    std::string dir = expandHome(envValue(key));
+    if (dir.empty()) {
+        const std::string config = xdgConfigHome();
+        if (!config.empty())
+            dir = expandHome(userDirsEntry(config + "/user-dirs.dirs", key));
+    }
+    return dir.empty() ? underHome(defaultName) : dir;
 }
 
 } // namespace
 
 std::string homeDir() {
-    std::string home = variable("HOME");
-    if (home.empty())
-        if (const passwd* entry = ::getpwuid(::getuid()); entry != nullptr && entry->pw_dir != nullptr)
-            home = entry->pw_dir;
-    return home;
+    const std::string home = envValue("HOME");
+    if (!home.empty())
+        return withoutTrailingSlash(home);
+    long size = sysconf(_SC_GETPW_R_SIZE_MAX);
+    std::vector<char> buffer(size > 0 ? static_cast<std::size_t>(size) : 16384);
+    passwd entry{};
+    passwd* result = nullptr;
+    if (getpwuid_r(getuid(), &entry, buffer.data(), buffer.size(), &result) == 0 && result && result->pw_dir)
+        return withoutTrailingSlash(result->pw_dir);
+    return {};
 }
 
 std::string xdgDesktopDir() {
-    std::string desktop = variable("XDG_DESKTOP_DIR");
-    if (desktop.empty())
-        desktop = desktopFromUserDirs();
-    return desktop.empty() ? homeDir() + "/Desktop" : desktop;
+    return userDir("XDG_DESKTOP_DIR", "Desktop");
 }
 
-std::string xdgDataHome() { return orUnderHome("XDG_DATA_HOME", ".local/share"); }
+std::string xdgDocumentsDir() {
+    return userDir("XDG_DOCUMENTS_DIR", "Documents");
+}
 
-std::string xdgConfigHome() { return orUnderHome("XDG_CONFIG_HOME", ".config"); }
+std::string xdgDataHome() {
+    return absoluteOr(envValue("XDG_DATA_HOME"), underHome(".local/share"));
+}
+
+std::string xdgConfigHome() {
+    return absoluteOr(envValue("XDG_CONFIG_HOME"), underHome(".config"));
+}
 
 std::string suiteFolder() {
     std::vector<char> buffer(4096);
-    const ssize_t n = ::readlink("/proc/self/exe", buffer.data(), buffer.size() - 1);
-    if (n <= 0)
-        return {};
-    std::string program(buffer.data(), static_cast<std::size_t>(n));
-    return program.substr(0, program.rfind('/') + 1);
+    for (;;) {
+        const ssize_t length = readlink("/proc/self/exe", buffer.data(), buffer.size());
+        if (length < 0)
+            return {};
+        if (static_cast<std::size_t>(length) < buffer.size()) {
+            const std::string program(buffer.data(), static_cast<std::size_t>(length));
+            const std::size_t slash = program.rfind('/');
+            return slash == std::string::npos ? std::string() : program.substr(0, slash + 1);
+        }
+        buffer.resize(buffer.size() * 2);
+    }
 }
 
 } // namespace pl::platform::posix

@@ -7,10 +7,14 @@
 
 namespace pl::platform::posix {
 
+// Folders are given without a trailing "/" unless said otherwise; empty when no home is known.
+
 // $HOME, else the password database's home folder.
 std::string homeDir();
 // XDG_DESKTOP_DIR from the environment or ${XDG_CONFIG_HOME:-~/.config}/user-dirs.dirs, else ~/Desktop.
 std::string xdgDesktopDir();
+// XDG_DOCUMENTS_DIR, found the same way, else ~/Documents.
+std::string xdgDocumentsDir();
 // ${XDG_DATA_HOME:-~/.local/share}
 std::string xdgDataHome();
 // ${XDG_CONFIG_HOME:-~/.config}

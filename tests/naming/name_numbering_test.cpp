@@ -1,0 +1,83 @@
+#include "naming/name_numbering.h"
+
+#include "platform/platform.h"
+#include "recording_sink.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+using namespace pl;
+using naming::CheckpdfName;
+
+namespace {
+
+// A real output folder and the program's own file system.
+class OutputFolder {
+public:
+    std::string check(std::string_view proposal, std::string_view outputSuffix = ".pdf") {
+        naming::NamingState state;
+        state.OutputSuffix = std::string(outputSuffix);
+        test::RecordingSink sink;
+        std::string name = CheckpdfName(dir.folder(), proposal, state, os->files(), sink);
+        EXPECT_TRUE(sink.reports.empty());
+        return name;
+    }
+    void add(const std::string& name) { dir.write(name, "%PDF-1.4\n"); }
+
+    test::TempDir dir;
+    std::unique_ptr<platform::Platform> os = platform::makeNativePlatform();
+};
+
+} // namespace
+
+TEST(name_numbering, a_free_name_is_kept_and_a_taken_one_gets_the_first_free_number) {
+    OutputFolder out;
+    EXPECT_EQ(out.check("Report.pdf"), "Report.pdf");
+    out.add("Report.pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report (1).pdf");
+    out.add("Report (1).pdf");
+    out.add("Report (3).pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report (2).pdf");
+    // The folder's names count whatever their case, as on Windows.
+    out.add("INVOICE.PDF");
+    EXPECT_EQ(out.check("Invoice.pdf"), "Invoice (1).pdf");
+}
+
+TEST(name_numbering, a_name_without_extension_takes_the_output_suffix) {
+    OutputFolder out;
+    EXPECT_EQ(out.check("Scan", ".png"), "Scan.png");
+    out.add("Scan.png");
+    EXPECT_EQ(out.check("Scan", ".png"), "Scan (1).png");
+}
+
+TEST(name_numbering, the_extension_is_taken_before_cleaning_and_appended_after_it) {
+    OutputFolder out;
+    EXPECT_EQ(out.check("Letter.doc"), "Letter.doc");
+    EXPECT_EQ(out.check("a.pdf.pdf"), "a.pdf");
+    EXPECT_EQ(out.check("Microsoft Word - Brief.docx"), "Brief.docx");
+    EXPECT_EQ(out.check("Q1: Plan.pdf"), "Q1  Plan.pdf");
+    // An extension that the clean-up keeps appears twice, and numbering marks both.
+    EXPECT_EQ(out.check("Scan.xyz"), "Scan.xyz.xyz");
+    out.add("Scan.xyz.xyz");
+    EXPECT_EQ(out.check("Scan.xyz"), "Scan (1).xyz (1).xyz");
+}
+
+TEST(name_numbering, wildcard_characters_are_no_wildcards_when_testing_for_a_file) {
+    OutputFolder out;
+    out.add("a.p-f.pxf"); // what "a.p-f.p?f" would match as a pattern
+    EXPECT_EQ(out.check("a.p?f"), "a.p-f.p?f");
+}
+
+TEST(name_numbering, gives_empty_parentheses_when_all_numbers_are_taken) {
+    OutputFolder out;
+    out.add("Report.pdf");
+    for (int n = 1; n <= 999; ++n)
+        out.add("Report (" + std::to_string(n) + ").pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report (1000).pdf");
+    out.add("Report (1000).pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report ().pdf");
+    out.add("Report ().pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report ().pdf");
+}
