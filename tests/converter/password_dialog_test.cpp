@@ -15,18 +15,35 @@
 
 #include <cstdlib>
 #include <functional>
+#include <memory>
 
 using pl::converter::PasswordDialog;
 
 namespace {
 
+// One application object for the whole test program, gone again before the program's own statics
+// are: Qt must not outlive the parts of itself it relies on.
+class QtApplication : public ::testing::Environment {
+public:
+    void SetUp() override {
+        ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+        app_ = std::make_unique<QApplication>(argc_, argv_);
+    }
+    void TearDown() override { app_.reset(); }
+    QApplication& get() { return *app_; }
+
+private:
+    char name_[19] = "converter_qt_tests";
+    char* argv_[2] = {name_, nullptr};
+    int argc_ = 1;
+    std::unique_ptr<QApplication> app_;
+};
+
+QtApplication* const qtApplication =
+    static_cast<QtApplication*>(::testing::AddGlobalTestEnvironment(new QtApplication));
+
 QApplication& application() {
-    static int argc = 1;
-    static char name[] = "converter_qt_tests";
-    static char* argv[] = {name, nullptr};
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    static QApplication app(argc, argv);
-    return app;
+    return qtApplication->get();
 }
 
 // Runs `answer` on the modal dialog once it is shown.
