@@ -30,7 +30,7 @@ int converterMain(const std::vector<std::string>& args) {
         return 1;
     }
     platform::Registry registry(os->registry());
-    const Settings settings = readSettings(&registry, os->environment(), PAPERLARK_GHOSTSCRIPT);
+    const Settings settings = readSettings(&registry, os->environment(), os->files(), PAPERLARK_GHOSTSCRIPT);
 
     const auto ui = makeUserInterface(os->environment());
     Reporter reporter(*ui, {}, std::cerr);

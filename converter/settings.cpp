@@ -1,6 +1,7 @@
 #include "converter/settings.h"
 
 #include "platform/environment_expand.h"
+#include "platform/paths.h"
 
 #include <charconv>
 
@@ -33,6 +34,23 @@ std::string userThenMachine(const platform::Registry* registry, std::string_view
     return value;
 }
 
+// Ghostscript's console program in a folder named by the settings; the location itself when it is
+// not a folder or holds none (starting it then fails with a message that names it).
+std::string ghostscriptIn(const std::string& location, const platform::FileSystem& files) {
+    if (!files.isFolder(location))
+        return location;
+    const std::string base = platform::withTrailingSep(location);
+    const std::string sep(1, platform::PathSep);
+    for (const std::string& folder : {base, base + "bin" + sep, base + "gs" + sep, base + "gs" + sep + "bin" + sep}) {
+        for (const char* program : {"gswin64c.exe", "gswin32c.exe", "gs"}) {
+            const std::string candidate = folder + program;
+            if (files.exists(candidate) && !files.isFolder(candidate))
+                return candidate;
+        }
+    }
+    return location;
+}
+
 } // namespace
 
 std::optional<std::chrono::seconds> parseTimeLimit(std::string_view value) {
@@ -48,11 +66,11 @@ std::optional<std::chrono::seconds> parseTimeLimit(std::string_view value) {
 }
 
 Settings readSettings(const platform::Registry* registry, const platform::Environment& environment,
-                      std::string defaultProgram) {
+                      const platform::FileSystem& files, std::string defaultProgram) {
     Settings settings;
     settings.ghostscript = userThenMachine(registry, "gswin32c");
     if (!settings.ghostscript.empty())
-        platform::ReplaceEnviron(settings.ghostscript, environment);
+        settings.ghostscript = ghostscriptIn(platform::ReplaceEnviron(settings.ghostscript, environment), files);
     if (settings.ghostscript.empty())
         settings.ghostscript = std::move(defaultProgram);
     if (auto limit = parseTimeLimit(userThenMachine(registry, "GsTimeout")))

@@ -4,6 +4,7 @@
 // no registry at all), so every value has a default.
 
 #include "platform/environment.h"
+#include "platform/file_system.h"
 #include "platform/registry.h"
 
 #include <chrono>
@@ -25,8 +26,9 @@ struct Settings {
 std::optional<std::chrono::seconds> parseTimeLimit(std::string_view value);
 
 // `registry` may be null. `defaultProgram` is the platform's Ghostscript when "gswin32c" names
-// none; that value may hold %VARIABLE% references.
+// none. That value may hold %VARIABLE% references, and it may name the program or a folder that
+// holds it (directly or in its "bin", "gs" or "gs/bin" sub-folder), as the assistant accepts it.
 Settings readSettings(const platform::Registry* registry, const platform::Environment& environment,
-                      std::string defaultProgram);
+                      const platform::FileSystem& files, std::string defaultProgram);
 
 } // namespace pl::converter
