@@ -165,7 +165,8 @@ private:
                 return fail("The profile " + inQuotes(*path) + " cannot be read; nothing was converted.");
             profile = parseProfile(*text);
             profile.path = *path;
-            context_.report.log("Profil: " + *path + ": " + profile.switches);
+            // The line itself may hold a password; what reaches Ghostscript is logged later.
+            context_.report.log("Profil: " + *path);
         } else {
             context_.report.log("Profil " + inQuotes(request_.profile) + " nicht gefunden: PDF mit Standardwerten");
         }
