@@ -44,6 +44,7 @@ struct Control {
     int selStart = 0, selLength = 0; // text boxes
     int interval = 0;                // timers, milliseconds
     std::string toolTip;
+    std::string fontName = "MS Sans Serif";
 };
 
 // Window states.

@@ -52,6 +52,10 @@ public:
     virtual void sendKeys(std::string_view keys) = 0;
     // Twips per screen pixel (15 on normal screens, 12 with large fonts).
     virtual int twipsPerPixel() const = 0;
+
+    // Keeps a form that is never meant to be seen out of sight and out of the task list: the
+    // application leaves the task list, the form's owner window and then the form are hidden.
+    virtual void hideFromTaskbar(Form& form) { hide(form); }
 };
 
 } // namespace pl::forms

@@ -64,14 +64,20 @@ void removeLeading(std::string& title, char c) {
 
 } // namespace
 
+std::string RemoveApplicationNames(std::string_view title) {
+    std::string result(title);
+    for (std::string_view name : applicationNames)
+        result = text::ireplaceAll(result, name, "");
+    return result;
+}
+
 void ParsePdfFileName(std::string& title, ErrorSink& errors) {
     try {
         keepTail(title);
         title = DecodeHexString(title);
         title = URLDecode(title, errors);
         title = PsspecialChar(title, errors);
-        for (std::string_view name : applicationNames)
-            title = text::ireplaceAll(title, name, "");
+        title = RemoveApplicationNames(title);
         for (std::string_view extension : documentExtensions)
             title = text::ireplaceAll(title, extension, "");
         for (const auto& [from, to] : forbiddenCharacters)

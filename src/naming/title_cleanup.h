@@ -32,4 +32,9 @@ std::string PsspecialChar(std::string_view text, ErrorSink& errors);
 // (13) for a character that is not a digit and subscript out of range (9) for an eighth digit.
 std::int16_t OctalValue(std::string_view digits);
 
+// `title` without the application names that title bars put around a document's name
+// ("Microsoft Word - ", "Editor", ...), removed wherever they stand and in any letter case. One step
+// of ParsePdfFileName; the name box applies it alone to pasted text.
+std::string RemoveApplicationNames(std::string_view title);
+
 } // namespace pl::naming

@@ -110,14 +110,14 @@ RootKey Registry::GetRootKey(std::string& path) {
 
 std::string Registry::HexByte(int value) {
     static constexpr char digits[] = "0123456789ABCDEF";
-    std::string out;
+    std::string reversed;
     for (unsigned v = static_cast<unsigned>(value); v != 0; v >>= 4)
-        out.insert(out.begin(), digits[v & 0xF]);
-    if (out.empty())
-        out = "0";
+        reversed.push_back(digits[v & 0xF]);
+    if (reversed.empty())
+        reversed.push_back('0');
     if ((value & 0xF0) == 0)
-        out.insert(out.begin(), '0');
-    return out;
+        reversed.push_back('0');
+    return std::string(reversed.rbegin(), reversed.rend());
 }
 
 std::string Registry::GetRegValue(std::string_view callerPath, std::string_view valueName) const {
