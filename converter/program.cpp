@@ -1,5 +1,8 @@
 #include "converter/program.h"
 
+#include "assistant/runtime_helpers.h"
+#include "base/errors.h"
+#include "base/message_box.h"
 #include "converter/conversion.h"
 #include "converter/desktop.h"
 #include "converter/reporter.h"
@@ -8,11 +11,41 @@
 #include "platform/paths.h"
 #include "platform/platform.h"
 #include "platform/registry.h"
+#include "platform/services.h"
 
 #include <iostream>
 #include <memory>
 
 namespace pl::converter {
+
+namespace {
+
+// The converter has no error report of its own: whatever reaches this sink goes to standard error.
+class StandardErrorSink final : public ErrorSink {
+public:
+    void report(std::string_view tag, std::string_view step, const RuntimeError& error,
+                std::string_view data) override {
+        std::cerr << "paperlark: " << tag << " (" << step << "): " << error.number() << " " << error.description();
+        if (!data.empty())
+            std::cerr << " [" << data << "]";
+        std::cerr << std::endl;
+    }
+};
+
+// Message boxes of the shared helpers, shown through the converter's own interface.
+class InterfaceMessageBoxes final : public MessageBoxes {
+public:
+    explicit InterfaceMessageBoxes(UserInterface& ui) : ui_(ui) {}
+    int msgBox(std::string_view prompt, int, std::string_view) override {
+        ui_.showError(prompt);
+        return mb::Ok;
+    }
+
+private:
+    UserInterface& ui_;
+};
+
+} // namespace
 
 int converterMain(const std::vector<std::string>& args) {
     const ParsedArguments parsed = parseArguments(args);
@@ -33,7 +66,15 @@ int converterMain(const std::vector<std::string>& args) {
     const Settings settings = readSettings(&registry, os->environment(), os->files(), PAPERLARK_GHOSTSCRIPT);
 
     const auto ui = makeUserInterface(os->environment());
-    Reporter reporter(*ui, {}, std::cerr);
+    StandardErrorSink errorSink;
+    InterfaceMessageBoxes messageBoxes(*ui);
+    Services services{*os, registry, errorSink, messageBoxes};
+    // The converter's steps go into the assistant's log, so that one file tells the whole story of
+    // a job.
+    Reporter::LogWriter log;
+    if (settings.debug)
+        log = [&services](std::string_view line) { assistant::DebugWrite(line, services); };
+    Reporter reporter(*ui, log, std::cerr);
     const auto desktop = makeDesktop(*os);
 
     const std::string userProfile = os->environment().get("userprofile");
