@@ -85,7 +85,7 @@ bool pageOrder(const std::string& a, const std::string& b) {
 class Job {
 public:
     Job(const Request& request, ConversionContext& context) : request_(request), context_(context) {}
-    ~Job() { removeArgumentFile(); }
+    ~Job() { removeWorkFolder(); }
     Job(const Job&) = delete;
     Job& operator=(const Job&) = delete;
 
@@ -99,7 +99,7 @@ public:
 
     // Leaves nothing behind of a run that did not produce its result.
     void abandon() {
-        removeArgumentFile();
+        removeWorkFolder();
         if (finished_)
             return;
         if (!temporary_.empty())
@@ -114,8 +114,9 @@ private:
     std::vector<std::string> inputs_;
     std::string output_;
     ProfileSwitches switches_;
-    std::optional<Passwords> passwords_;
-    std::optional<std::string> argumentFile_;
+    std::optional<std::string> argumentFileText_; // the passwords for Ghostscript, when encrypting
+    std::optional<std::string> workFolder_;       // Ghostscript's private temporary folder
+    std::optional<std::string> argumentFile_;     // the password file in it
     std::optional<PagePattern> pattern_;
     std::map<std::string, std::filesystem::file_time_type> pagesBefore_;
     std::string temporary_;
@@ -196,8 +197,9 @@ private:
                 context_.report.log("encode ignoriert: das Geraet " + switches_.device + " schreibt kein PDF");
             return true;
         }
+        Passwords passwords;
         if (user || owner) {
-            passwords_ = Passwords{user.value_or(""), owner ? *owner : *user};
+            passwords = Passwords{user.value_or(""), owner ? *owner : *user};
         } else if (actions.encode) {
             if (!context_.ui.canAsk())
                 return fail("The PDF is to be protected with a password, but its profile holds none and there is "
@@ -205,18 +207,15 @@ private:
             const auto asked = context_.ui.askPassword(fileNameOf(absolutePath(request_.output)));
             if (!asked || asked->empty())
                 return fail("No password was given for the protected PDF; nothing was converted.");
-            passwords_ = Passwords{*asked, *asked};
+            passwords = Passwords{*asked, *asked};
         } else {
             return true;
         }
 
-        const auto content = encryptionArgumentFile(*passwords_);
-        if (!content)
+        argumentFileText_ = encryptionArgumentFile(passwords);
+        if (!argumentFileText_)
             return fail("The PDF password cannot be used: it must not contain a line break, and a password "
                         "ending in a backslash must not contain blanks or double quotes. Nothing was converted.");
-        argumentFile_ = platform::writePrivateTempFile("paperlark-", *content);
-        if (!argumentFile_)
-            return fail("The password file for Ghostscript cannot be written; nothing was converted.");
         return true;
     }
 
@@ -247,7 +246,24 @@ private:
         return true;
     }
 
+    // A folder of Ghostscript's own, which only this user can enter: it holds the password file,
+    // and Ghostscript's temporary files go there too, so that none stays behind when it is ended.
+    bool prepareWorkFolder() {
+        workFolder_ = platform::createPrivateTempFolder("paperlark-");
+        if (!workFolder_)
+            return fail("No temporary folder can be created for Ghostscript; nothing was converted.");
+        if (argumentFileText_) {
+            const std::string file = utf8Path(fsPath(*workFolder_) / "passwords");
+            if (!platform::writePrivateFile(file, *argumentFileText_))
+                return fail("The password file for Ghostscript cannot be written; nothing was converted.");
+            argumentFile_ = file;
+        }
+        return true;
+    }
+
     bool convert() {
+        if (!prepareWorkFolder())
+            return false;
         GhostscriptRun run;
         run.program = context_.settings.ghostscript;
         run.switches = switches_.switches;
@@ -262,8 +278,8 @@ private:
         context_.report.log("Ghostscript: " + commandLine);
 
         const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(context_.settings.timeLimit);
-        const platform::ChildResult result = platform::runAndWait(args, limit);
-        removeArgumentFile();
+        const platform::ChildResult result = platform::runAndWait(args, limit, *workFolder_);
+        removeWorkFolder();
 
         if (!result.started)
             return fail("Ghostscript (" + inQuotes(run.program) + ") cannot be started: " + result.startError +
@@ -340,9 +356,11 @@ private:
         return produced;
     }
 
-    void removeArgumentFile() {
-        if (argumentFile_) {
-            removeFile(*argumentFile_);
+    void removeWorkFolder() {
+        if (workFolder_) {
+            std::error_code ignored;
+            std::filesystem::remove_all(fsPath(*workFolder_), ignored);
+            workFolder_.reset();
             argumentFile_.reset();
         }
     }

@@ -26,11 +26,18 @@ struct ChildResult {
 
 // Runs `argv` (argv[0] is the program: a path, or a name searched on the PATH) with no input and
 // waits for it to end, at most `timeLimit`. When the limit runs out, the program and every process
-// it started are ended. Never throws for the program's own failures.
-ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit);
+// it started are ended. When `tempFolder` is given, the program keeps its temporary files there
+// (a program that is ended has no chance to remove its own). Never throws for the program's own
+// failures.
+ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit,
+                       const std::string& tempFolder = {});
 
-// Creates a new file that only the current user can read, in the user's temporary folder, holding
-// `content`. Returns its path, or nothing when it could not be written. The caller removes it.
-std::optional<std::string> writePrivateTempFile(const std::string& namePrefix, const std::string& content);
+// Creates a new folder that only the current user can enter, in the user's temporary folder.
+// Returns its path, or nothing when it could not be created. The caller removes it.
+std::optional<std::string> createPrivateTempFolder(const std::string& namePrefix);
+
+// Creates the file `path`, which must not exist yet, readable by the current user only, holding
+// `content`. False when it could not be written (nothing is left behind then).
+bool writePrivateFile(const std::string& path, const std::string& content);
 
 } // namespace pl::platform

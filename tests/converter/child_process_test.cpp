@@ -1,5 +1,6 @@
 #include "platform/child_process.h"
 
+#include "support/scoped_env.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -98,18 +99,31 @@ TEST(child_process, only_the_end_of_a_flood_of_output_is_kept) {
     EXPECT_EQ(result.output.substr(result.output.size() - 5), "LAST\n");
 }
 
-TEST(child_process, a_private_temporary_file_is_readable_by_its_owner_only) {
+TEST(child_process, a_private_folder_and_file_are_for_their_owner_only) {
     pl::test::TempDir dir;
-    setenv("TMPDIR", dir.path().c_str(), 1);
-    const auto path = pl::platform::writePrivateTempFile("secret-", "line one\nline two\n");
-    unsetenv("TMPDIR");
-    ASSERT_TRUE(path);
-    EXPECT_EQ(std::filesystem::path(*path).parent_path(), dir.path());
-    EXPECT_EQ(std::filesystem::path(*path).filename().string().rfind("secret-", 0), 0u);
+    pl::test::ScopedEnv tmp("TMPDIR", dir.path().string());
+    const auto folder = pl::platform::createPrivateTempFolder("secret-");
+    ASSERT_TRUE(folder);
+    EXPECT_EQ(std::filesystem::path(*folder).parent_path(), dir.path());
+    EXPECT_EQ(std::filesystem::path(*folder).filename().string().rfind("secret-", 0), 0u);
     struct stat info {};
-    ASSERT_EQ(::stat(path->c_str(), &info), 0);
+    ASSERT_EQ(::stat(folder->c_str(), &info), 0);
+    EXPECT_EQ(info.st_mode & 0777, 0700u);
+
+    const std::string file = *folder + "/passwords";
+    ASSERT_TRUE(pl::platform::writePrivateFile(file, "line one\nline two\n"));
+    ASSERT_EQ(::stat(file.c_str(), &info), 0);
     EXPECT_EQ(info.st_mode & 0777, 0600u);
-    std::ifstream in(*path);
+    std::ifstream in(file);
     std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     EXPECT_EQ(content, "line one\nline two\n");
+    // An existing file is never written through: it might be somebody else's link.
+    EXPECT_FALSE(pl::platform::writePrivateFile(file, "other"));
+}
+
+TEST(child_process, the_program_can_be_given_a_temporary_folder_of_its_own) {
+    pl::test::TempDir dir;
+    const auto result = runAndWait({"sh", "-c", "echo \"$TMPDIR|$TEMP|$TMP|$HOME\""}, 10s, dir.path().string());
+    const std::string folder = dir.path().string();
+    EXPECT_EQ(result.output, folder + "|" + folder + "|" + folder + "|" + std::getenv("HOME") + "\n");
 }

@@ -59,6 +59,15 @@ platform::ChildResult ConverterHarness::run(const std::vector<std::string>& args
     return platform::runAndWait(argv, 120s);
 }
 
+void ConverterHarness::expectFailureKeeping(const platform::ChildResult& result, const std::string& complaint,
+                                            const std::vector<std::string>& jobs) const {
+    EXPECT_EQ(result.exitCode, 1) << result.output;
+    EXPECT_NE(result.output.find(complaint), std::string::npos) << result.output;
+    EXPECT_EQ(namesIn(this->jobs()), jobs);
+    EXPECT_EQ(namesIn(out()), std::vector<std::string>{});
+    EXPECT_EQ(namesIn(temp()), std::vector<std::string>{});
+}
+
 std::vector<std::string> ConverterHarness::namesIn(const std::string& folder) {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder))

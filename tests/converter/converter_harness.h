@@ -38,6 +38,11 @@ public:
     // Runs the converter with `args` (the words after the program name).
     platform::ChildResult run(const std::vector<std::string>& args) const;
 
+    // Checks a failed run: exit code 1, `complaint` on standard error, the jobs folder holding
+    // exactly `jobs` (sorted) and nothing in the output or temporary folder.
+    void expectFailureKeeping(const platform::ChildResult& result, const std::string& complaint,
+                              const std::vector<std::string>& jobs) const;
+
     // The names in a folder, sorted.
     static std::vector<std::string> namesIn(const std::string& folder);
 

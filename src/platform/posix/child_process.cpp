@@ -1,12 +1,15 @@
 #include "platform/child_process.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <iterator>
 #include <poll.h>
 #include <spawn.h>
+#include <string_view>
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -65,9 +68,28 @@ void endGroup(pid_t pid) {
     ::kill(-pid, SIGKILL);
 }
 
+// Our own environment, with the temporary folder variables pointing at `tempFolder` when given.
+std::vector<std::string> childEnvironment(const std::string& tempFolder) {
+    std::vector<std::string> variables;
+    const char* const replaced[] = {"TMPDIR=", "TEMP=", "TMP="};
+    for (char** variable = environ; *variable; ++variable) {
+        const std::string_view entry(*variable);
+        const bool isTemp = std::any_of(std::begin(replaced), std::end(replaced),
+                                        [&](const char* name) { return entry.starts_with(name); });
+        if (tempFolder.empty() || !isTemp)
+            variables.emplace_back(entry);
+    }
+    if (!tempFolder.empty()) {
+        for (const char* name : replaced)
+            variables.push_back(name + tempFolder);
+    }
+    return variables;
+}
+
 } // namespace
 
-ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit) {
+ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit,
+                       const std::string& tempFolder) {
     ChildResult result;
     if (argv.empty() || argv.front().empty()) {
         result.startError = "no program named";
@@ -104,10 +126,17 @@ ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::millis
         words.push_back(const_cast<char*>(word.c_str()));
     words.push_back(nullptr);
 
+    std::vector<std::string> environment = childEnvironment(tempFolder);
+    std::vector<char*> variables;
+    for (auto& variable : environment)
+        variables.push_back(variable.data());
+    variables.push_back(nullptr);
+
     pid_t pid = 0;
     const bool searchPath = argv.front().find('/') == std::string::npos;
-    const int spawnError = searchPath ? ::posix_spawnp(&pid, words[0], &actions, &attributes, words.data(), environ)
-                                      : ::posix_spawn(&pid, words[0], &actions, &attributes, words.data(), environ);
+    const int spawnError = searchPath
+                               ? ::posix_spawnp(&pid, words[0], &actions, &attributes, words.data(), variables.data())
+                               : ::posix_spawn(&pid, words[0], &actions, &attributes, words.data(), variables.data());
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
     ::close(pipeFds[1]);
@@ -156,33 +185,36 @@ ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::millis
     return result;
 }
 
-std::optional<std::string> writePrivateTempFile(const std::string& namePrefix, const std::string& content) {
+std::optional<std::string> createPrivateTempFolder(const std::string& namePrefix) {
     const char* tmp = std::getenv("TMPDIR");
     std::string path = (tmp && *tmp) ? tmp : "/tmp";
     if (path.back() != '/')
         path += '/';
     path += namePrefix + "XXXXXX";
-    // mkstemp creates the file with mode 0600, whatever the umask says.
-    const int fd = ::mkstemp(path.data());
-    if (fd < 0)
+    // mkdtemp creates the folder with mode 0700, whatever the umask says.
+    if (!::mkdtemp(path.data()))
         return std::nullopt;
+    return path;
+}
+
+bool writePrivateFile(const std::string& path, const std::string& content) {
+    const int fd = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (fd < 0)
+        return false;
     std::size_t written = 0;
     while (written < content.size()) {
         const ssize_t n = ::write(fd, content.data() + written, content.size() - written);
         if (n < 0 && errno == EINTR)
             continue;
-        if (n <= 0) {
-            ::close(fd);
-            ::unlink(path.c_str());
-            return std::nullopt;
-        }
+        if (n <= 0)
+            break;
         written += static_cast<std::size_t>(n);
     }
-    if (::close(fd) != 0) {
+    if (::close(fd) != 0 || written != content.size()) {
         ::unlink(path.c_str());
-        return std::nullopt;
+        return false;
     }
-    return path;
+    return true;
 }
 
 } // namespace pl::platform
