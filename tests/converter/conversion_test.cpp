@@ -1,11 +1,13 @@
 // The real converter on real print jobs, through the real Ghostscript.
 
 #include "converter_harness.h"
+#include "support/scoped_env.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <fstream>
+#include <thread>
 
 using pl::test::ConverterHarness;
 using pl::test::inOrder;
@@ -170,4 +172,38 @@ TEST(converter, file_names_are_only_names_whatever_characters_they_hold) {
     std::filesystem::current_path(cwd);
     ASSERT_EQ(relative.exitCode, 0) << relative.output;
     EXPECT_NE(pdfText(sandbox.jobs() + "@out.pdf").find("DASH"), std::string::npos);
+}
+
+TEST(converter, open_and_email_hand_the_finished_result_to_the_desktop) {
+    ConverterHarness sandbox;
+    // Stand-ins for the desktop's programs, found first on the path, that write down their words.
+    const std::string bin = sandbox.home() + "bin/";
+    for (const std::string program : {"xdg-open", "xdg-email"}) {
+        std::filesystem::create_directories(bin);
+        std::ofstream script(bin + program);
+        script << "#!/bin/sh\nprintf '%s\\n' \"$@\" > '" << sandbox.home() << program << ".words'\n";
+        script.close();
+        std::filesystem::permissions(bin + program, std::filesystem::perms::owner_all);
+    }
+    pl::test::ScopedEnv path("PATH", bin + ":" + std::getenv("PATH"));
+    const auto waitForWords = [&](const std::string& program) {
+        const std::string file = sandbox.home() + program + ".words";
+        for (int i = 0; i < 100 && !std::filesystem::exists(file); ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        std::ifstream in(file);
+        return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    };
+
+    const auto pdf = sandbox.out() + "Brief an M\xC3\xBCller.pdf";
+    auto result = sandbox.run({"/3", "delps,save,open,nocode", "", pdf, sandbox.writeJob("a.ps", {"OPEN"})});
+    ASSERT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_EQ(waitForWords("xdg-open"), pdf + "\n");
+
+    result = sandbox.run({"/3", "delps,email", "PNG Images", sandbox.out() + "mail - %02d.png",
+                          sandbox.writeJob("b.ps", {"ONE", "TWO"})});
+    ASSERT_EQ(result.exitCode, 0) << result.output;
+    EXPECT_EQ(waitForWords("xdg-email"),
+              "--attach\n" + sandbox.out() + "mail - 01.png\n--attach\n" + sandbox.out() + "mail - 02.png\n");
+    EXPECT_EQ(ConverterHarness::namesIn(sandbox.jobs()), Names{});
 }
