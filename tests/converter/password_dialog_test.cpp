@@ -1,7 +1,7 @@
 // The converter's desktop dialogs, driven as a person would, on Qt's offscreen platform.
 
 #include "converter/desktop_interface.h"
-#include "converter/qt/password_dialog.h"
+#include "ui/qt_converter/password_dialog.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>

@@ -1,4 +1,4 @@
-#include "converter/qt/password_dialog.h"
+#include "ui/qt_converter/password_dialog.h"
 
 #include <QDialogButtonBox>
 #include <QFormLayout>

@@ -1,5 +1,5 @@
 #include "converter/desktop_interface.h"
-#include "converter/qt/password_dialog.h"
+#include "ui/qt_converter/password_dialog.h"
 
 #include <QApplication>
 #include <QMessageBox>
