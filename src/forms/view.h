@@ -15,12 +15,14 @@ namespace pl::forms {
 // What the common save dialog is asked to show.
 struct SaveDialogRequest {
     std::string title;
-    std::string filter;     // "PDF (*.pdf)|*.pdf|..." as the classic control takes it
+    std::string filter; // "PDF (*.pdf)|*.pdf|..." as the classic control takes it
     int filterIndex = 1;
     std::string defaultExt; // without the dot
     std::string initDir;
     std::string fileName;
     bool overwritePrompt = true;
+    // The chosen folder must exist (the classic dialog's path-must-exist flag).
+    bool pathMustExist = false;
 };
 
 class View : public MessageBoxes {
@@ -52,6 +54,10 @@ public:
     virtual void sendKeys(std::string_view keys) = 0;
     // Twips per screen pixel (15 on normal screens, 12 with large fonts).
     virtual int twipsPerPixel() const = 0;
+
+    // Shows a form modally: the other forms take no input until it is hidden or unloaded. A view that
+    // cannot block shows it modeless.
+    virtual void showModal(Form& form) { show(form); }
 };
 
 } // namespace pl::forms
