@@ -15,7 +15,7 @@ namespace pl::forms {
 // What the common save dialog is asked to show.
 struct SaveDialogRequest {
     std::string title;
-    std::string filter; // "PDF (*.pdf)|*.pdf|..." as the classic control takes it
+    std::string filter;     // "PDF (*.pdf)|*.pdf|..." as the classic control takes it
     int filterIndex = 1;
     std::string defaultExt; // without the dot
     std::string initDir;
@@ -23,6 +23,7 @@ struct SaveDialogRequest {
     bool overwritePrompt = true;
     // The chosen folder must exist (the classic dialog's path-must-exist flag).
     bool pathMustExist = false;
+    // In `filter` a zero character divides a description from its pattern just as "|" does.
 };
 
 class View : public MessageBoxes {

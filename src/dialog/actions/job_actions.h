@@ -5,7 +5,9 @@
 // moves the job into the user's queue instead. One object per dialog instance, made by jobActions.
 //
 // The procedures keep their classic names and step texts: the step text of a failing procedure is
-// what the error report tells, so it says how far the procedure came.
+// what the error report tells, so it says how far the procedure came. A button whose procedure fails
+// after the job was taken still unloads the dialog once the error is reported: the dialog is hidden
+// by then, and a loaded dialog would keep the watcher from every later job.
 
 #include "dialog/actions.h"
 #include "forms/context.h"
