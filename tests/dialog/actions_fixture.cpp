@@ -123,6 +123,18 @@ bool ActionsFixture::noCallArrives() const {
     return waitForCalls(1, std::chrono::milliseconds(400)).empty();
 }
 
+std::string ActionsFixture::outputOfOnlyCall() const {
+    const auto calls = waitForCalls(1);
+    return calls.size() == 1 && calls[0].args.size() >= 4 ? calls[0].args[3] : "(no call)";
+}
+
+void ActionsFixture::expectOneWarning(const std::string& prompt) const {
+    ASSERT_EQ(view.messages.size(), 1u);
+    EXPECT_EQ(view.messages[0].prompt, prompt);
+    EXPECT_EQ(view.messages[0].style, mb::Exclamation);
+    EXPECT_EQ(view.messages[0].title, "Paperlark 4.12");
+}
+
 void ActionsFixture::offerMachineJob(const std::string& title, const std::string& name) {
     writeJob(machineSpool, name, title);
     offerJob(machineSpool, name);

@@ -47,6 +47,10 @@ protected:
                                            std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
     // No call arrives within a moment.
     bool noCallArrives() const;
+    // The output argument of the one call that arrived, or "(no call)".
+    std::string outputOfOnlyCall() const;
+    // The one message shown was `prompt`, with the exclamation icon and the program's title.
+    void expectOneWarning(const std::string& prompt) const;
 
     // A job in the machine spool folder, offered to the dialog.
     void offerMachineJob(const std::string& title = "Report", const std::string& name = "anna0001.ps");

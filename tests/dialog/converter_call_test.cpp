@@ -112,10 +112,7 @@ TEST_F(converter_call, a_missing_converter_is_announced_and_the_job_keeps_its_pr
 
     d.actions().cmdEmail_Click();
 
-    ASSERT_EQ(view.messages.size(), 1u);
-    EXPECT_EQ(view.messages[0].prompt, "Paperlark.exe not found");
-    EXPECT_EQ(view.messages[0].style, mb::Exclamation);
-    EXPECT_EQ(view.messages[0].title, "Paperlark 4.12");
+    expectOneWarning("Paperlark.exe not found");
     EXPECT_FALSE(d.form().loaded);
     EXPECT_FALSE(state.DialogActive);
     EXPECT_TRUE(std::filesystem::exists(state.PsFile));

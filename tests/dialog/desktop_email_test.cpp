@@ -15,8 +15,7 @@ protected:
         auto& d = openWithActions();
         d.control("pdfName").text = nameBox;
         (d.actions().*action)();
-        const auto calls = waitForCalls(1);
-        return calls.size() == 1 && calls[0].args.size() >= 4 ? calls[0].args[3] : "(no call)";
+        return outputOfOnlyCall();
     }
     std::string onDesktop(const std::string& nameBox) {
         return outputOf(&dialog::JobActions::cmdDesktop_Click, nameBox);

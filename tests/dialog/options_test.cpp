@@ -129,10 +129,7 @@ TEST_F(configuration, looks_for_plconfig_and_starts_plucnfg_with_the_timers_off_
 TEST_F(configuration, without_plconfig_the_message_names_plucnfg_and_nothing_starts) {
     auto& d = open();
     d.actions().lbConfig_Click();
-    ASSERT_EQ(view.messages.size(), 1u);
-    EXPECT_EQ(view.messages[0].prompt, "plucnfg.exe not found");
-    EXPECT_EQ(view.messages[0].style, mb::Exclamation);
-    EXPECT_EQ(view.messages[0].title, "Paperlark 4.12");
+    expectOneWarning("plucnfg.exe not found");
     EXPECT_TRUE(residentTimer.empty());
     EXPECT_TRUE(noCallArrives());
 }

@@ -16,8 +16,7 @@ protected:
     std::string saveAs(const std::optional<std::string>& answer) {
         view.saveAnswers.push_back(answer);
         openWithActions().actions().cmdSave_Click();
-        const auto calls = waitForCalls(1);
-        return calls.size() == 1 && calls[0].args.size() >= 4 ? calls[0].args[3] : "(no call)";
+        return outputOfOnlyCall();
     }
 };
 

@@ -59,21 +59,13 @@ std::string DialogJobActions::desktopCaption() {
 }
 
 void DialogJobActions::cmdDesktop_Click() {
-    std::string step;
-    bool keepDialog = false;
-    trapErrors(errors(), "plDialog1.cmdDesktop_Click", step, [&] {
-        log("Auf Desktop...");
-        view().hide(dialog_.form());
-        stopTimer();
-        const std::string oldPath = takeJob();
-        if (state().PsFile.empty()) {
-            keepDialog = true;
-            return;
-        }
+    finishJob("plDialog1.cmdDesktop_Click", [&](std::string& step) {
+        const std::string oldPath = hideAndTakeJob("Auf Desktop...");
+        if (state().PsFile.empty())
+            return false;
 
-        ConverterCall call;
-        const auto& profiles = control("plProfile");
-        call.profile = profiles.items.empty() ? std::string() : profiles.text;
+        // Without profiles the converter gets an empty profile.
+        const bool profilesListed = !control("plProfile").items.empty();
         state().MultiDocArgs = dialog_.GetMultiDocFiles();
 
         step = "plDesktop ermitteln";
@@ -83,38 +75,30 @@ void DialogJobActions::cmdDesktop_Click() {
         control("cmdDesktop").caption = desktopCaption();
 
         step = "Leeren Dateinamen füllen... " + oldPath;
-        auto& name = control("pdfName").text;
-        const auto& naming = context().naming;
-        if (name.empty())
-            name = EmptyNameBoxName;
-        if (characters(name) < 4)
-            name += naming.OutputSuffix;
-        // Checked on a copy that is dropped: the name goes on as it is.
-        std::string copy = name;
-        CheckSuffix(copy);
+        auto& name = fillNameBox();
 
+        const auto& naming = context().naming;
         step = naming.OutputSuffix + " an Dateinamen anfuegen";
         name = repairNameBoxSuffix(name, naming.OutputSuffix, naming.PageNumberPattern);
 
         step = "Existiert Outputfile schon?";
         name = naming::CheckpdfName(desktop, name, naming, services().os.files(), errors());
 
-        call.folder = converterFolder(services());
+        const std::string folder = converterFolder(services());
         step = "Optionen sammeln";
-        call.actions = saveActionList(control("chkOpenPDF").value, control("ckEncodePDF").value);
+        const std::string actions = saveActionList(control("chkOpenPDF").value, control("ckEncodePDF").value);
 
         step = "PDF Erstellen";
-        call.output = desktop + name;
-        call.multiDoc = state().MultiDocArgs;
-        call.jobFile = state().PsFile;
+        ConverterCall call = conversion(folder, actions, desktop + name);
+        if (!profilesListed)
+            call.profile.clear();
         step = "PDF Erstellen - " + call.commandLine();
         startConverter(call,
                        std::string(ConverterProgram) + " " + std::string(ConversionSwitch) + " " +
                            std::string(LoggedDesktopActions) + call.afterActions(),
                        Route::Direct);
+        return true;
     });
-    if (!keepDialog)
-        dialog_.Unload();
 }
 
 void DialogJobActions::CheckSuffix(std::string& name) {

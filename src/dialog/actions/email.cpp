@@ -8,28 +8,13 @@
 namespace pl::dialog {
 
 void DialogJobActions::cmdEmail_Click() {
-    std::string step;
-    bool keepDialog = false;
-    trapErrors(errors(), "plDialog1.cmdEmail_Click", step, [&] {
-        log("Email Senden...");
-        view().hide(dialog_.form());
-        stopTimer();
-        const std::string oldPath = takeJob();
-        if (state().PsFile.empty()) {
-            keepDialog = true;
-            return;
-        }
+    finishJob("plDialog1.cmdEmail_Click", [&](std::string& step) {
+        const std::string oldPath = hideAndTakeJob("Email Senden...");
+        if (state().PsFile.empty())
+            return false;
 
         step = "Leeren Dateinamen füllen... " + oldPath;
-        auto& name = control("pdfName").text;
-        const auto& naming = context().naming;
-        if (name.empty())
-            name = EmptyNameBoxName;
-        if (characters(name) < 4)
-            name += naming.OutputSuffix;
-        // Checked on a copy that is dropped: the name goes on as it is.
-        std::string copy = name;
-        CheckSuffix(copy);
+        auto& name = fillNameBox();
 
         // The open-file test sees the name before the suffix repair below.
         step = "Existiert Outputfile schon?";
@@ -39,21 +24,17 @@ void DialogJobActions::cmdEmail_Click() {
         state().MultiDocArgs = dialog_.GetMultiDocFiles();
 
         step = "Optionen";
-        ConverterCall call;
-        call.actions = emailActionList(control("ckEncodePDF").value);
-        call.folder = converterFolder(services());
+        const std::string actions = emailActionList(control("ckEncodePDF").value);
+        const std::string folder = converterFolder(services());
 
+        const auto& naming = context().naming;
         step = naming.OutputSuffix + " an Dateinamen anfuegen";
         name = repairNameBoxSuffix(name, naming.OutputSuffix, naming.PageNumberPattern);
 
-        call.profile = control("plProfile").text;
-        call.output = name;
-        call.multiDoc = state().MultiDocArgs;
-        call.jobFile = state().PsFile;
+        const ConverterCall call = conversion(folder, actions, name);
         startConverter(call, call.logged(), Route::Direct);
+        return true;
     });
-    if (!keepDialog)
-        dialog_.Unload();
 }
 
 } // namespace pl::dialog

@@ -4,6 +4,7 @@
 
 #include "assistant/runtime_helpers.h"
 #include "dialog/actions/converter_call.h"
+#include "dialog/actions/output_names.h"
 #include "dialog/job_dialog.h"
 #include "dialog/sort/queue_reorder.h"
 #include "dialog/sort/sort_form.h"
@@ -48,6 +49,14 @@ void DialogJobActions::log(std::string_view line) {
     dialog_.log(line);
 }
 
+void DialogJobActions::finishJob(std::string_view tag, const std::function<bool(std::string& step)>& procedure) {
+    std::string step;
+    bool jobTaken = true;
+    trapErrors(errors(), tag, step, [&] { jobTaken = procedure(step); });
+    if (jobTaken)
+        dialog_.Unload();
+}
+
 void DialogJobActions::stopTimer() {
     control("Timer1").enabled = false;
 }
@@ -56,6 +65,30 @@ std::string DialogJobActions::takeJob() {
     const std::string oldPath = state().PsFolder + state().PsFile;
     state().PsFile = assistant::RandomNamePSFile(oldPath, state().PsFolder, context().texts, services());
     return oldPath;
+}
+
+std::string DialogJobActions::hideAndTakeJob(std::string_view logLine) {
+    log(logLine);
+    view().hide(dialog_.form());
+    stopTimer();
+    return takeJob();
+}
+
+std::string& DialogJobActions::fillNameBox() {
+    auto& name = control("pdfName").text;
+    const auto& suffix = context().naming.OutputSuffix;
+    if (name.empty())
+        name = EmptyNameBoxName;
+    if (characters(name) < 4)
+        name += suffix;
+    std::string copy = name;
+    CheckSuffix(copy);
+    return name;
+}
+
+ConverterCall DialogJobActions::conversion(std::string folder, std::string actions, std::string output) {
+    return {std::move(folder), std::move(actions),   control("plProfile").text,
+            std::move(output), state().MultiDocArgs, state().PsFile};
 }
 
 void DialogJobActions::startConverter(const ConverterCall& call, std::string_view loggedLine, Route route) {

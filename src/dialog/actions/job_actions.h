@@ -92,11 +92,23 @@ private:
     forms::Control& control(std::string_view name);
     void log(std::string_view line);
 
+    // Runs the procedure of a button that finishes the job, under its error trap `tag`, and unloads
+    // the dialog afterwards, after an error too; not when the procedure answers false because the
+    // job could not be taken, which leaves the dialog as it is.
+    void finishJob(std::string_view tag, const std::function<bool(std::string& step)>& procedure);
     // The dialog's own timer stops for good once an action has begun.
     void stopTimer();
     // Gives the job file its private name: PsFile becomes its new full path, the empty text when the
     // rename failed. Returns the job's old path.
     std::string takeJob();
+    // How E-mail, Desktop and MultiDoc begin: the log line, the dialog hidden, its timer stopped,
+    // the job taken. Returns the job's old path.
+    std::string hideAndTakeJob(std::string_view logLine);
+    // E-mail's and Desktop's name box: an empty one gets the default name, a short one the output
+    // suffix; CheckSuffix sees a copy, which is dropped. Returns the box's text.
+    std::string& fillNameBox();
+    // A conversion of the job as it stands (profile box, queue, job file) into `output`.
+    ConverterCall conversion(std::string folder, std::string actions, std::string output);
     // The debug line, the presence check and the start of one conversion.
     enum class Route { Direct, Save };
     void startConverter(const ConverterCall& call, std::string_view loggedLine, Route route);

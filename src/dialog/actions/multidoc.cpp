@@ -11,17 +11,10 @@
 namespace pl::dialog {
 
 void DialogJobActions::cmdMulti_Click() {
-    std::string step;
-    bool keepDialog = false;
-    trapErrors(errors(), "plDialog1.cmdMulti_Click", step, [&] {
-        log("MultiDoc...");
-        view().hide(dialog_.form());
-        stopTimer();
-        takeJob();
-        if (state().PsFile.empty()) {
-            keepDialog = true;
-            return;
-        }
+    finishJob("plDialog1.cmdMulti_Click", [&](std::string& step) {
+        hideAndTakeJob("MultiDoc...");
+        if (state().PsFile.empty())
+            return false;
         control("pdfName").text = naming::GetPsFileTitle(state().PsFile, context().naming, errors());
 
         // The numbered step texts below tell the error report how far the move came.
@@ -68,9 +61,8 @@ void DialogJobActions::cmdMulti_Click() {
             step = base + "10 - ";
             break;
         }
+        return true;
     });
-    if (!keepDialog)
-        dialog_.Unload();
 }
 
 void DialogJobActions::cmdSort_Click() {

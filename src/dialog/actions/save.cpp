@@ -35,16 +35,12 @@ std::string folderOf(std::string_view path, std::string previous) {
 } // namespace
 
 void DialogJobActions::cmdSave_Click() {
-    std::string step;
-    bool keepDialog = false;
-    trapErrors(errors(), "plDialog1.cmdSave_Click", step, [&] {
+    finishJob("plDialog1.cmdSave_Click", [&](std::string& step) {
         log("Speichern...");
         stopTimer();
         const std::string oldPath = takeJob();
-        if (state().PsFile.empty()) {
-            keepDialog = true;
-            return;
-        }
+        if (state().PsFile.empty())
+            return false;
         // The Save As dialog is modal but lets other events run; what they do to PsFile is undone.
         const std::string job = state().PsFile;
 
@@ -63,7 +59,7 @@ void DialogJobActions::cmdSave_Click() {
         if (chosen.empty() || chosen.find('?') != std::string::npos) {
             // Given back: the watcher offers the job again under its old name.
             services().os.files().rename(state().PsFile, oldPath);
-            return;
+            return true;
         }
         view().hide(dialog_.form());
 
@@ -76,33 +72,26 @@ void DialogJobActions::cmdSave_Click() {
         services().registry.SetRegValue(UserKey, "LastDir", lastDir);
 
         step = "Optionen sammeln";
-        ConverterCall call;
-        call.folder = folder;
-        call.actions = saveActionList(control("chkOpenPDF").value, control("ckEncodePDF").value);
+        const std::string actions = saveActionList(control("chkOpenPDF").value, control("ckEncodePDF").value);
 
         step = "Suffix richtigstellen (" + naming.PageNumberPattern + naming.OutputSuffix + ") " + chosen;
         chosen = repairSavedPathSuffix(chosen, naming.OutputSuffix, naming.PageNumberPattern);
 
-        call.profile = control("plProfile").text;
-        call.output = chosen;
-        call.multiDoc = state().MultiDocArgs;
-        call.jobFile = state().PsFile;
+        const ConverterCall call = conversion(folder, actions, chosen);
         step = "PDF Erstellen: " + folder + call.logged();
         startConverter(call, call.logged(), Route::Save);
+        return true;
     });
-    if (!keepDialog)
-        dialog_.Unload();
 }
 
 void DialogJobActions::AutoActionSave(std::string path) {
-    std::string step;
-    trapErrors(errors(), "plDialog1.AutoActionSave", step, [&] {
+    finishJob("plDialog1.AutoActionSave", [&](std::string& step) {
         log("Speichern als " + path);
         stopTimer();
         const std::string oldPath = takeJob();
         if (state().PsFile.empty()) {
             ignoringErrors([&] { services().os.files().rename(state().PsFile, oldPath); });
-            return;
+            return true;
         }
         step = "Altes MultiFile vorhanden?";
         state().MultiDocArgs = dialog_.GetMultiDocFiles();
@@ -110,24 +99,19 @@ void DialogJobActions::AutoActionSave(std::string path) {
         step = "Speichern";
         const std::string folder = converterFolder(services());
         if (path.empty())
-            return; // nothing to write to: nothing is converted
+            return true; // nothing to write to: nothing is converted
         CheckForPdfExt(path);
         view().hide(dialog_.form());
         // No open-file test here: an existing file is left to the converter.
         step = "Testen, ob x vorhanden und geoeffnet";
 
         step = "Optionen sammeln";
-        ConverterCall call;
-        call.folder = folder;
-        call.actions = saveActionList(control("chkOpenPDF").value, control("ckEncodePDF").value);
-        call.profile = control("plProfile").text;
-        call.output = path;
-        call.multiDoc = state().MultiDocArgs;
-        call.jobFile = state().PsFile;
+        const std::string actions = saveActionList(control("chkOpenPDF").value, control("ckEncodePDF").value);
+        const ConverterCall call = conversion(folder, actions, path);
         step = "PDF Erstellen: " + folder + call.logged();
         startConverter(call, call.logged(), Route::Direct);
+        return true;
     });
-    dialog_.Unload();
 }
 
 std::string DialogJobActions::GetSaveName(std::string_view filter, std::string_view defExt, std::string_view initialDir,
