@@ -56,6 +56,10 @@ public:
     // Twips per screen pixel (15 on normal screens, 12 with large fonts).
     virtual int twipsPerPixel() const = 0;
 
+    // Keeps a form that is never meant to be seen out of sight and out of the task list: the
+    // application leaves the task list, the form's owner window and then the form are hidden.
+    virtual void hideFromTaskbar(Form& form) { hide(form); }
+
     // Shows a form modally: the other forms take no input until it is hidden or unloaded. A view that
     // cannot block shows it modeless.
     virtual void showModal(Form& form) { show(form); }

@@ -1,0 +1,74 @@
+#include "assistant/folder_search.h"
+
+#include "platform/paths.h"
+
+namespace pl::assistant {
+
+// Why a remembered answer always equals a fresh search: the answer of findFirst depends only on
+// the folder's list of entries (their names, kinds and directory order). The stamp is taken
+// before the folder is read, so the read sees the folder as it was at the stamp or later. Any
+// change of the entry list after the stamp (including one that raced with the read) makes
+// changedSince true, and the folder is read again. So while changedSince is false, the list is
+// the one the remembered read saw, and findFirst would answer the same.
+//
+// A remembered "no match" survives changes of entries whose names do not match the pattern: an
+// entry that matches can only appear by being created or renamed under its own name, which
+// changedFor reports. Other users' jobs arriving in a shared folder thus cost nothing. A
+// remembered match is re-read on any change, because whether it is still the first one listed
+// depends on directory order, which the file system may rearrange as other entries come and go.
+//
+// One thing escapes this: a symbolic link counts by what it points to, and a change of its target
+// elsewhere is no change of this folder. Spool folders hold the printer's files, not links.
+//
+// When no stamp can be had, nothing is remembered and the folder is read every time.
+
+std::pair<std::string, std::string> splitSearchPath(std::string_view searchPath) {
+    const auto cut = searchPath.rfind(platform::PathSep);
+    if (cut == std::string_view::npos)
+        return {std::string(), std::string(searchPath)};
+    return {std::string(searchPath.substr(0, cut + 1)), std::string(searchPath.substr(cut + 1))};
+}
+
+FolderSearch::FolderSearch(const platform::FileSystem& files, platform::FolderChanges* changes)
+    : files_(files), changes_(changes) {}
+
+std::string FolderSearch::freshFirstMatch(const std::string& folder, const std::string& pattern) {
+    ++scans_;
+    auto hit = files_.findFirst(folder, pattern);
+    return hit ? hit->name : std::string();
+}
+
+std::string FolderSearch::firstMatch(const std::string& folder, const std::string& pattern) {
+    if (!changes_)
+        return freshFirstMatch(folder, pattern);
+
+    std::string key;
+    key.reserve(folder.size() + 1 + pattern.size());
+    key.append(folder).push_back('\0');
+    key.append(pattern);
+
+    auto it = remembered_.find(key);
+    if (it != remembered_.end()) {
+        Remembered& r = it->second;
+        const bool changed =
+            r.name.empty() ? changes_->changedFor(
+                                 r.stamp, [&](std::string_view name) { return platform::wildcardMatch(pattern, name); })
+                           : changes_->changedSince(r.stamp);
+        if (!changed)
+            return r.name;
+    }
+
+    const auto stamp = changes_->stamp(folder); // before the read, never after
+    std::string name = freshFirstMatch(folder, pattern);
+    if (stamp) {
+        if (it != remembered_.end())
+            it->second = Remembered{*stamp, name};
+        else
+            remembered_.emplace(std::move(key), Remembered{*stamp, name});
+    } else if (it != remembered_.end()) {
+        remembered_.erase(it);
+    }
+    return name;
+}
+
+} // namespace pl::assistant

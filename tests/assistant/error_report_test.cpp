@@ -1,0 +1,182 @@
+// The error report: when it shows what, and the mail it hands to the mail program.
+
+#include "assistant_world.h"
+
+#include "assistant/mail_link.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <thread>
+
+namespace pl::test {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+// A world whose desktop opener is a small script that writes down what it was asked to open.
+struct Reporting {
+    Reporting() {
+        suite = world.root.folder() + "suite/";
+        fs::create_directories(suite);
+        world.setMachine("pldir", suite);
+        const std::string opener = world.root.write(
+            "bin/xdg-open", "#!/bin/sh\nprintf '%s' \"$1\" > \"" + world.root.folder() + "opened.tmp\"\nmv \"" +
+                                world.root.folder() + "opened.tmp\" \"" + opened() + "\"\n");
+        fs::permissions(opener, fs::perms::owner_all);
+        const char* path = std::getenv("PATH");
+        env.set("PATH", world.root.folder() + "bin:" + (path ? path : "/usr/bin:/bin"));
+    }
+    std::string opened() const { return world.root.folder() + "opened.txt"; }
+    // What the opener was given, waiting a little for it to run.
+    std::string openedLink() const {
+        const auto deadline = std::chrono::steady_clock::now() + 10s;
+        while (!fs::exists(opened()) && std::chrono::steady_clock::now() < deadline)
+            std::this_thread::sleep_for(20ms);
+        std::ifstream in(opened(), std::ios::binary);
+        std::ostringstream s;
+        s << in.rdbuf();
+        return s.str();
+    }
+    void setupProgramDated(std::chrono::system_clock::time_point when) { world.fileAt(suite + "plsetup", when); }
+
+    AssistantWorld world;
+    ScopedEnv env;
+    std::string suite;
+};
+
+std::string percentDecoded(std::string_view text) {
+    std::string out;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '%' && i + 2 < text.size()) {
+            out.push_back(static_cast<char>(std::stoi(std::string(text.substr(i + 1, 2)), nullptr, 16)));
+            i += 2;
+        } else {
+            out.push_back(text[i]);
+        }
+    }
+    return out;
+}
+
+TEST(error_report, a_recent_installation_offers_a_report_mail_that_reaches_the_mail_program) {
+    Reporting r;
+    auto& w = r.world;
+    w.setMachine("SupportMail", "support@example.org");
+    w.setMachine("Version", "4.12.3");
+    w.setMachine("Build", "2026");
+    w.setMachine("gswin32c", "/usr/bin/gs");
+    w.registry.SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CurrentVersion", "6.1");
+    w.registry.SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CurrentBuildNumber", "7601");
+    w.registry.SetRegValue("HKLM\\SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion", "CSDVersion", "Service Pack 1");
+    w.registry.SetRegValue("HKCU\\Control Panel\\International", "locale", "00000407");
+    r.setupProgramDated(startOfDayDaysAgo(40) + 1min);
+    w.view.msgBoxAnswers.push_back(mb::Yes);
+
+    w.report->report("frmPlAssist1.showplAssist.click", "14 - name a as b", RuntimeError(err::FileNotFound),
+                     "psdir = /spool/ & more\r\nUsername = alice");
+
+    ASSERT_EQ(w.view.messages.size(), 1u);
+    EXPECT_EQ(w.view.messages[0].style, mb::YesNo | mb::Exclamation);
+    EXPECT_TRUE(w.view.messages[0].prompt.starts_with(
+        "Fatal exeption.\r\n\r\nError 53 (File not found)\r\n\r\nError in Module "
+        "frmPlAssist1.showplAssist.click\r\n\r\n"
+        "Data:\r\n14 - name a as b\r\npsdir = /spool/ & more\r\nUsername = alice\r\n\r\n"))
+        << w.view.messages[0].prompt;
+    EXPECT_TRUE(w.state.quitRequested);
+    EXPECT_EQ(w.state.exitCode, 1);
+
+    const std::string link = r.openedLink();
+    const std::string start = "mailto:support@example.org?Subject=The%20following%20Error%20rised%20with%20plAssist:"
+                              "%2053%20%28File%20not%20found%29%20-%20Version%204.12&Body=";
+    ASSERT_TRUE(link.starts_with(start)) << link;
+    EXPECT_NE(link.find("/spool/%20&%20more%0D%0AUsername"), std::string::npos) << "\"&\" is left as it is";
+    const std::string body = percentDecoded(link.substr(start.size()));
+    EXPECT_TRUE(body.starts_with("Fatal exeption.\r\n\r\nError 53 (File not found)\r\n")) << body;
+    EXPECT_NE(body.find("Username = alice\r\n\r\n---------------------------------\r\nMore information:\r\n"
+                        "- Windows version:     6.1.7601.Service Pack 1\r\n"
+                        "- Windows language:    00000407\r\n"
+                        "- Windows setupdir:    \r\n"),
+              std::string::npos)
+        << body;
+    EXPECT_NE(body.find("/usr/bin/gs\r\n"), std::string::npos);
+    EXPECT_NE(body.find(w.machineFolder + "\r\n"), std::string::npos) << "the machine psdir";
+    EXPECT_TRUE(body.ends_with("v4.12.3 / 2026\r\n")) << body;
+    EXPECT_EQ(body.find("Do you want"), std::string::npos) << "the question is no part of the mail";
+}
+
+TEST(error_report, an_installation_of_41_days_asks_for_an_update_instead) {
+    Reporting r;
+    r.world.setMachine("SupportMail", "support@example.org");
+    r.setupProgramDated(startOfDayDaysAgo(41) + 23h + 59min);
+
+    r.world.report->report("frmPlAssist1.Form.Load", "2: Init", RuntimeError(err::Overflow));
+
+    ASSERT_EQ(r.world.view.messages.size(), 1u);
+    const auto& shown = r.world.view.messages[0];
+    EXPECT_EQ(shown.style, mb::OkOnly | mb::Exclamation);
+    EXPECT_TRUE(shown.prompt.starts_with("Fatal exeption in frmPlAssist1.Form.Load\r\n\r\nError 6 "
+                                         "(Overflow)\r\n\r\nData:\r\n2: Init\r\n\r\nP l e a s e "))
+        << shown.prompt;
+    EXPECT_TRUE(r.world.state.quitRequested);
+    std::this_thread::sleep_for(200ms);
+    EXPECT_FALSE(fs::exists(r.opened()));
+}
+
+TEST(error_report, a_missing_setup_program_counts_as_installed_today) {
+    Reporting r;
+    r.world.setMachine("SupportMail", "support@example.org");
+    r.world.view.msgBoxAnswers.push_back(mb::No);
+    r.world.report->report("x.y", "1", RuntimeError(err::Overflow));
+    ASSERT_EQ(r.world.view.messages.size(), 1u);
+    EXPECT_EQ(r.world.view.messages[0].style, mb::YesNo | mb::Exclamation);
+    EXPECT_TRUE(r.world.state.quitRequested) << "the assistant ends whatever the answer";
+    std::this_thread::sleep_for(200ms);
+    EXPECT_FALSE(fs::exists(r.opened())) << "No sends nothing";
+}
+
+TEST(error_report, without_a_support_address_no_mail_is_offered) {
+    Reporting r;
+    r.world.report->report("x.y", "1", RuntimeError(err::Overflow));
+    ASSERT_EQ(r.world.view.messages.size(), 1u);
+    EXPECT_EQ(r.world.view.messages[0].style, mb::OkOnly | mb::Exclamation);
+    EXPECT_TRUE(r.world.view.messages[0].prompt.ends_with("\r\n\r\nPlease pass this report on to your administrator."));
+    EXPECT_TRUE(r.world.state.quitRequested);
+}
+
+TEST(error_report, disable_err_in_the_machine_key_wins_and_the_user_key_counts_when_that_is_empty) {
+    struct Case {
+        const char* machine;
+        const char* user;
+        bool shown;
+    };
+    for (const Case& c : {Case{"0", "", false}, Case{"yes", "", false}, Case{"", "1", false}, Case{"", "", true}}) {
+        Reporting r;
+        if (*c.machine)
+            r.world.setMachine("DisableErr", c.machine);
+        if (*c.user)
+            r.world.setUser("DisableErr", c.user);
+        r.world.report->report("x.y", "1", RuntimeError(err::Overflow));
+        EXPECT_EQ(!r.world.view.messages.empty(), c.shown) << c.machine << "/" << c.user;
+        EXPECT_EQ(r.world.state.quitRequested, c.shown) << "switched off, the failing procedure carries on";
+    }
+}
+
+TEST(error_report, url_encoding_escapes_every_byte_outside_the_kept_set) {
+    EXPECT_EQ(assistant::UrlEncode("a b\r\nZ"), "a%20b%0D%0AZ");
+    EXPECT_EQ(assistant::UrlEncode("-./_~&:?@#!$*+"), "-./_~&:?@#!$*+");
+    EXPECT_EQ(assistant::UrlEncode("M\xC3\xBCller,%"), "M%C3%BCller%2C%25");
+    EXPECT_EQ(assistant::UrlEncode(std::string("\x01", 1)), "%01");
+}
+
+TEST(error_report, a_link_without_subject_opens_its_query_with_a_question_mark) {
+    EXPECT_EQ(assistant::mailtoLink("a@b.c", "", "d@e.f", "", "x y"), "mailto:a@b.c?CC=d@e.f&Body=x%20y");
+    EXPECT_EQ(assistant::mailtoLink("a@b.c", "S", "", "g h", ""), "mailto:a@b.c?Subject=S&BCC=g h");
+    EXPECT_EQ(assistant::mailtoLink("a@b.c", "", "", "", ""), "mailto:a@b.c");
+}
+
+} // namespace
+} // namespace pl::test

@@ -1,0 +1,167 @@
+// The remembered first-match searches: after every kind of change a search answers exactly what a
+// fresh search answers, and without a change it reads no folder.
+
+#include "assistant/folder_search.h"
+#include "platform/folder_changes.h"
+#include "platform/platform.h"
+#include "support/temp_dir.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+
+namespace pl::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+void touch(const fs::path& path) {
+    std::ofstream(path) << "x";
+}
+
+struct Searching {
+    Searching()
+        : os(platform::makeNativePlatform()), changes(platform::makeFolderChanges()),
+          search(os->files(), changes.get()), folder(dir.folder() + "spool/") {
+        fs::create_directories(folder);
+    }
+    // Asks twice: the remembered answer must equal a fresh one, and asking again must read nothing.
+    void expectFresh(const std::string& pattern, const std::string& what) {
+        const auto fresh = os->files().findFirst(folder, pattern);
+        EXPECT_EQ(search.firstMatch(folder, pattern), fresh ? fresh->name : "") << what;
+        const auto scans = search.scans();
+        EXPECT_EQ(search.firstMatch(folder, pattern), fresh ? fresh->name : "") << what;
+        EXPECT_EQ(search.scans(), scans) << what << ": nothing changed, nothing read";
+    }
+
+    TempDir dir;
+    std::unique_ptr<platform::Platform> os;
+    std::unique_ptr<platform::FolderChanges> changes;
+    assistant::FolderSearch search;
+    std::string folder;
+};
+
+TEST(folder_search, answers_like_a_fresh_search_after_every_kind_of_change) {
+    Searching s;
+    s.expectFresh("alice*.ps", "empty folder");
+    touch(s.folder + "bob1.ps");
+    s.expectFresh("alice*.ps", "another user's job");
+    touch(s.folder + "alice1.ps");
+    s.expectFresh("alice*.ps", "created");
+    fs::rename(s.folder + "alice1.ps", s.folder + "~alice1.ps");
+    s.expectFresh("alice*.ps", "renamed within the folder");
+    fs::rename(s.folder + "~alice1.ps", s.dir.folder() + "elsewhere.ps");
+    s.expectFresh("~*.*", "moved out");
+    fs::rename(s.dir.folder() + "elsewhere.ps", s.folder + "ALICE2.PS");
+    s.expectFresh("alice*.ps", "moved in");
+    fs::create_directory(s.folder + "alice3.ps");
+    s.expectFresh("alice*.ps", "a folder does not count");
+    fs::remove(s.folder + "ALICE2.PS");
+    s.expectFresh("alice*.ps", "deleted");
+    fs::remove(s.folder + "alice3.ps");
+    touch(s.folder + "alice4.ps");
+    s.expectFresh("alice*.ps", "deleted and created");
+
+    // The folder itself replaced, moved away with its parent, removed.
+    fs::rename(s.folder, s.dir.folder() + "old-spool");
+    fs::create_directories(s.folder);
+    s.expectFresh("alice*.ps", "folder replaced by an empty one");
+    touch(s.folder + "alice5.ps");
+    s.expectFresh("alice*.ps", "job in the new folder");
+    fs::create_directories(s.dir.folder() + "a/spool");
+    touch(s.dir.folder() + "a/spool/alice6.ps");
+    const std::string nested = s.dir.folder() + "a/spool/";
+    EXPECT_EQ(s.search.firstMatch(nested, "alice*.ps"), "alice6.ps");
+    fs::rename(s.dir.folder() + "a", s.dir.folder() + "b");
+    EXPECT_EQ(s.search.firstMatch(nested, "alice*.ps"), "") << "the parent was renamed";
+    fs::create_directories(s.dir.folder() + "a/spool");
+    EXPECT_EQ(s.search.firstMatch(nested, "alice*.ps"), "") << "another, empty folder at the same path";
+    fs::remove_all(s.folder);
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "") << "folder gone";
+    fs::create_directories(s.folder);
+    touch(s.folder + "alice7.ps");
+    s.expectFresh("alice*.ps", "folder back");
+}
+
+TEST(folder_search, sees_a_change_made_by_another_process_as_soon_as_that_process_is_done) {
+    Searching s;
+    s.expectFresh("alice*.ps", "empty");
+    for (int i = 0; i < 20; ++i) {
+        const std::string name = "alice" + std::to_string(i) + ".ps";
+        ASSERT_EQ(std::system(("touch '" + s.folder + name + "'").c_str()), 0);
+        EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), name);
+        ASSERT_EQ(std::system(("rm '" + s.folder + name + "'").c_str()), 0);
+        EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    }
+}
+
+TEST(folder_search, a_folder_that_cannot_be_watched_is_read_every_time) {
+    Searching s;
+    const std::string missing = s.dir.folder() + "missing/";
+    EXPECT_EQ(s.search.firstMatch(missing, "*.ps"), "");
+    EXPECT_EQ(s.search.firstMatch(missing, "*.ps"), "");
+    EXPECT_EQ(s.search.scans(), 2u);
+    fs::create_directories(missing);
+    touch(missing + "x.ps");
+    EXPECT_EQ(s.search.firstMatch(missing, "*.ps"), "x.ps");
+}
+
+TEST(folder_search, several_searches_share_a_watch_and_stay_independent) {
+    Searching s;
+    touch(s.folder + "bob1.ps");
+    EXPECT_EQ(s.search.firstMatch(s.folder, "bob*.ps"), "bob1.ps");
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    touch(s.folder + "alice1.ps");
+    EXPECT_EQ(s.search.firstMatch(s.folder, "bob*.ps"), "bob1.ps");
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "alice1.ps");
+    const auto scans = s.search.scans();
+    EXPECT_EQ(s.search.firstMatch(s.folder, "bob*.ps"), "bob1.ps");
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "alice1.ps");
+    EXPECT_EQ(s.search.scans(), scans);
+}
+
+TEST(folder_search, a_remembered_miss_ignores_other_names_and_sees_its_own) {
+    Searching s;
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    const auto scans = s.search.scans();
+    for (int i = 0; i < 50; ++i) {
+        touch(s.folder + "bob" + std::to_string(i) + ".ps");
+        fs::rename(s.folder + "bob" + std::to_string(i) + ".ps", s.folder + "carol" + std::to_string(i) + ".ps");
+        EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    }
+    EXPECT_EQ(s.search.scans(), scans) << "other users' jobs cost no read";
+    fs::rename(s.folder + "carol7.ps", s.folder + "ALICE7.PS");
+    s.expectFresh("alice*.ps", "renamed to a matching name");
+
+    // A remembered match is read again on any change: which match is listed first is the file
+    // system's business.
+    const auto before = s.search.scans();
+    touch(s.folder + "dave1.ps");
+    s.expectFresh("alice*.ps", "another name beside a match");
+    EXPECT_EQ(s.search.scans(), before + 1);
+}
+
+TEST(folder_search, a_miss_older_than_the_kept_changes_is_read_again) {
+    Searching s;
+    EXPECT_EQ(s.search.firstMatch(s.folder, "alice*.ps"), "");
+    for (int i = 0; i < 5000; ++i)
+        touch(s.folder + "bob" + std::to_string(i) + ".ps");
+    const auto scans = s.search.scans();
+    s.expectFresh("alice*.ps", "thousands of changes");
+    EXPECT_EQ(s.search.scans(), scans + 1);
+    touch(s.folder + "alice1.ps");
+    s.expectFresh("alice*.ps", "and then a match");
+}
+
+TEST(folder_search, a_search_path_splits_after_its_last_separator) {
+    EXPECT_EQ(assistant::splitSearchPath("/spool/alice*.ps"),
+              std::make_pair(std::string("/spool/"), std::string("alice*.ps")));
+    EXPECT_EQ(assistant::splitSearchPath("/spoolalice*.ps"),
+              std::make_pair(std::string("/"), std::string("spoolalice*.ps")));
+    EXPECT_EQ(assistant::splitSearchPath("alice*.ps"), std::make_pair(std::string(), std::string("alice*.ps")));
+}
+
+} // namespace
+} // namespace pl::test
