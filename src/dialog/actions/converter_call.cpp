@@ -2,13 +2,12 @@
 
 #include "base/text.h"
 #include "dialog/actions/dir_lookup.h"
+#include "dialog/settings.h"
 #include "platform/environment_expand.h"
 
 namespace pl::dialog {
 
 namespace {
-
-constexpr std::string_view SuiteMachineKey = "HKLM\\SOFTWARE\\tobrin\\PaperlarkXP";
 
 // A first word that cannot name a program: the direct start of the Save route must fail.
 constexpr std::string_view UnstartablePrefix = "ccc";
@@ -40,7 +39,7 @@ std::string ConverterCall::logged() const {
 }
 
 std::string converterFolder(Services& services) {
-    std::string folder = services.registry.GetRegValue(SuiteMachineKey, "plDir");
+    std::string folder = services.registry.GetRegValue(MachineKey, "plDir");
     return platform::ReplaceEnviron(folder, services.os.environment());
 }
 

@@ -1,5 +1,6 @@
 // Desktop: the job becomes a file on the user's desktop, under a name that is free there.
 
+#include "assistant/suite_keys.h"
 #include "base/text.h"
 #include "dialog/actions/converter_call.h"
 #include "dialog/actions/job_actions.h"
@@ -14,8 +15,6 @@ namespace pl::dialog {
 
 namespace {
 
-constexpr std::string_view ShellFoldersKey =
-    "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
 constexpr int DesktopCaptionText = 9;
 
 // Desktop's debug line names a fixed action list, whatever the real one is.
@@ -27,7 +26,7 @@ std::string DialogJobActions::desktopFolder() {
     auto& registry = services().registry;
     const auto& env = services().os.environment();
     const std::pair<std::string_view, std::string_view> places[] = {
-        {UserKey, "Desktop"}, {MachineKey, "Desktop"}, {ShellFoldersKey, "Desktop"}};
+        {UserKey, "Desktop"}, {MachineKey, "Desktop"}, {assistant::ShellFoldersKey, "Desktop"}};
     std::string folder;
     for (const auto& [key, value] : places) {
         std::string candidate = registry.GetRegValue(key, value);
