@@ -29,6 +29,7 @@ class PosixFileSystem : public FileSystem {
 public:
     std::optional<DirEntry> findFirst(std::string_view folder, std::string_view pattern,
                                       bool includeFolders = false) const override;
+    FirstMatch searchFirst(std::string_view folder, std::string_view pattern, bool includeFolders) const override;
     std::vector<DirEntry> findAll(std::string_view folder, std::string_view pattern,
                                   bool includeFolders = false) const override;
     std::string resolveCase(std::string_view path) const override;
