@@ -53,6 +53,7 @@ public:
                                    std::string_view folder = {}) override;
     bool isRunning(ProcessId id) override;
     ProcessId currentId() const override;
+    [[noreturn]] void exitCurrent(int exitCode) override;
 
     // Starts `argv[0]` (looked up on PATH when it holds no "/") with exactly these words, in
     // `folder` when it is not empty. A missing "Name.exe" is looked for as "name".
