@@ -11,6 +11,7 @@ function(paperlark_defaults target)
     if(PAPERLARK_FUZZ)
         # Libraries are instrumented too, so that libFuzzer sees the coverage of the code it feeds.
         target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link,address,undefined)
+        target_link_options(${target} PRIVATE -fsanitize=fuzzer-no-link,address,undefined)
     endif()
     if(PAPERLARK_SANITIZE)
         target_compile_options(${target} PRIVATE -fsanitize=${PAPERLARK_SANITIZE} -fno-omit-frame-pointer
