@@ -1,0 +1,83 @@
+#pragma once
+// The window of one form model. It makes a widget for every control of the model, draws the model
+// again after every event it forwards, and runs the form's timers while the model has them
+// enabled. Subclasses connect the widgets' events to the model's event procedures; nothing here or
+// there decides anything: all behaviour is the model's.
+
+#include "forms/form_model.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <map>
+#include <string>
+#include <string_view>
+
+class QTimer;
+
+namespace pl::qtui {
+
+// The part of a form's outer size that the window frame takes (title bar and borders), in twips.
+struct FormFrame {
+    int width = 0;
+    int height = 0;
+};
+
+class QtFormWindow : public QWidget {
+    Q_OBJECT
+public:
+    QtFormWindow(forms::Form& form, int twipsPerPixel, FormFrame frame, Qt::WindowFlags flags = {});
+    ~QtFormWindow() override;
+
+    forms::Form& model() { return form_; }
+    int twipsPerPixel() const { return twipsPerPixel_; }
+
+    // Draws the whole model again: the form's caption, size and place, then every control.
+    virtual void render();
+    // The model was unloaded (or is going away): nothing is forwarded to it any more.
+    void detach();
+    bool attached() const { return attached_; }
+
+    // The widget of a control; null when the control has none (timers, menus) or is unknown.
+    QWidget* controlWidget(std::string_view name) const;
+    // Gives the keyboard focus to a control, as the model asks.
+    void focusControl(std::string_view name);
+    // In front of every other window, without staying there.
+    void bringToFront();
+    // The model asks for one of its pop-up menus.
+    virtual void showPopupMenu(std::string_view menu);
+
+protected:
+    // Runs an event procedure of the model and draws the model again, unless the procedure
+    // unloaded it. Does nothing once the window is detached.
+    template <class Procedure> void forward(Procedure&& procedure) {
+        if (!attached_)
+            return;
+        procedure();
+        if (attached_)
+            render();
+    }
+
+    // Every key press in the window, before the control with the focus sees it (the classic key
+    // preview). True swallows the key.
+    virtual bool previewKey(QWidget* control, QKeyEvent& event);
+    // A timer control of the model fired while the model had it enabled.
+    virtual void timerFired(std::string_view name);
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void makeControls();
+    void renderTimers();
+
+    forms::Form& form_;
+    int twipsPerPixel_;
+    FormFrame frame_;
+    bool attached_ = true;
+    bool placed_ = false;
+    std::map<std::string, QPointer<QWidget>, std::less<>> widgets_;
+    std::map<std::string, QTimer*, std::less<>> timers_;
+};
+
+} // namespace pl::qtui
