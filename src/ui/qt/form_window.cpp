@@ -5,9 +5,10 @@
 #include "ui/qt/control_widgets.h"
 #include "ui/qt/twips.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QKeyEvent>
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 #include <vector>
@@ -66,7 +67,7 @@ QWidget* QtFormWindow::controlWidget(std::string_view name) const {
     return nullptr;
 }
 
-void QtFormWindow::render() {
+void QtFormWindow::redraw() {
     const QString caption = QString::fromStdString(form_.caption);
     if (windowTitle() != caption)
         setWindowTitle(caption);
@@ -118,15 +119,17 @@ void QtFormWindow::bringToFront() {
     if (!isVisible())
         return;
     // Briefly kept on top, so that the window manager lets it come forward, then released again so
-    // that it does not stay above the user's other windows. Changing the hint re-creates the
-    // window, which must then be shown again.
-    setWindowFlag(Qt::WindowStaysOnTopHint, true);
-    show();
+    // that it does not stay above the user's other windows. The hint is changed on the native
+    // window itself: changing the widget's flags would re-create the window and lose its focus.
+    QWindow* native = windowHandle();
+    if (native == nullptr)
+        return;
+    const Qt::WindowFlags usual = native->flags();
+    native->setFlags(usual | Qt::WindowStaysOnTopHint);
     raise();
     activateWindow();
     QCoreApplication::processEvents();
-    setWindowFlag(Qt::WindowStaysOnTopHint, false);
-    show();
+    native->setFlags(usual & ~Qt::WindowStaysOnTopHint);
     raise();
     activateWindow();
 }
@@ -156,10 +159,10 @@ bool QtFormWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void QtFormWindow::keyPressEvent(QKeyEvent* event) {
-    // Keys that reach the window itself because no control has the focus are previewed here; a key
-    // that a control passed on to its window was previewed on its way in.
-    QWidget* focus = QApplication::focusWidget();
-    const bool passedOn = focus != nullptr && focus != this && isAncestorOf(focus);
+    // Keys that reach the window itself because none of its controls has the focus are previewed
+    // here; a key that a control passed on to its window was previewed on its way in.
+    QWidget* focus = focusWidget();
+    const bool passedOn = focus != nullptr && focus != this;
     if (attached_ && !passedOn && previewKey(this, *event))
         return;
     QWidget::keyPressEvent(event);

@@ -33,7 +33,7 @@ public:
     int twipsPerPixel() const { return twipsPerPixel_; }
 
     // Draws the whole model again: the form's caption, size and place, then every control.
-    virtual void render();
+    virtual void redraw();
     // The model was unloaded (or is going away): nothing is forwarded to it any more.
     void detach();
     bool attached() const { return attached_; }
@@ -55,7 +55,7 @@ protected:
             return;
         procedure();
         if (attached_)
-            render();
+            redraw();
     }
 
     // Every key press in the window, before the control with the focus sees it (the classic key

@@ -65,7 +65,7 @@ QtFormWindow* QtView::window(forms::Form& form, bool make) {
     for (const auto& factory : factories_) {
         if (QtFormWindow* made = factory(form, tpp)) {
             windows_[&form] = made;
-            made->render();
+            made->redraw();
             return made;
         }
     }
@@ -118,7 +118,7 @@ void QtView::show(forms::Form& form) {
     QtFormWindow* w = window(form, true);
     if (w == nullptr)
         return;
-    w->render();
+    w->redraw();
     if (form.windowState == forms::Minimized)
         w->showMinimized();
     else
@@ -160,7 +160,7 @@ void QtView::setFocus(forms::Form& form, std::string_view control) {
 
 void QtView::refresh(forms::Form& form) {
     if (QtFormWindow* w = windowOf(form))
-        w->render();
+        w->redraw();
 }
 
 void QtView::doEvents() {

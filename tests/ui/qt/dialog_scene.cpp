@@ -1,0 +1,25 @@
+#include "dialog_scene.h"
+
+#include <QTest>
+
+namespace pl::test {
+
+DialogScene::DialogScene(dialog::DialogActionsFactory actions) : makeActions(std::move(actions)) {}
+
+DialogScene::~DialogScene() {
+    if (dialog)
+        dialog->Unload(dialog::unload_mode::AppWindows);
+}
+
+bool DialogScene::open() {
+    dialog = std::make_unique<dialog::JobDialog>(*world.context, makeActions);
+    world.view.bindJobDialog(*dialog);
+    dialog->Load();
+    qtui::QtFormWindow* w = window();
+    if (w == nullptr || !QTest::qWaitForWindowExposed(w))
+        return false;
+    w->activateWindow();
+    return QTest::qWaitForWindowActive(w);
+}
+
+} // namespace pl::test
