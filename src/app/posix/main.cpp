@@ -17,7 +17,6 @@
 #include "platform/folder_changes.h"
 #include "platform/platform.h"
 #include "platform/registry.h"
-#include "ui/qt/app_icon.h"
 #include "ui/qt/qt_view.h"
 
 #include <QApplication>
@@ -78,7 +77,6 @@ int main(int argc, char** argv) {
     char* qtArgv[] = {argv[0], nullptr};
     QApplication app(qtArgc, qtArgv);
     QApplication::setApplicationName(QStringLiteral("plassist"));
-    QApplication::setWindowIcon(pl::qtui::appIcon());
     // Dialogs come and go; the assistant lives on without any window.
     QApplication::setQuitOnLastWindowClosed(false);
 

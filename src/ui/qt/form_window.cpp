@@ -1,7 +1,6 @@
 #include "ui/qt/form_window.h"
 
 #include "base/text.h"
-#include "ui/qt/app_icon.h"
 #include "ui/qt/control_widgets.h"
 #include "ui/qt/twips.h"
 
@@ -24,11 +23,12 @@ bool takesFocus(forms::ControlKind kind) {
 
 } // namespace
 
-QtFormWindow::QtFormWindow(forms::Form& form, int twipsPerPixel, FormFrame frame, Qt::WindowFlags flags)
+QtFormWindow::QtFormWindow(forms::Form& form, int twipsPerPixel, FormFrame frame, Qt::WindowFlags flags,
+                           ControlWidgets controls)
     : QWidget(nullptr, flags), form_(form), twipsPerPixel_(twipsPerPixel), frame_(frame) {
     setObjectName(QString::fromStdString(form.name()));
-    setWindowIcon(appIcon());
-    makeControls();
+    if (controls == ControlWidgets::Made)
+        makeControls();
 }
 
 QtFormWindow::~QtFormWindow() = default;

@@ -23,10 +23,15 @@ struct FormFrame {
     int height = 0;
 };
 
+// Whether a window makes widgets for its form's controls. A form that is never seen makes none:
+// they would cost memory (fonts above all) for as long as the program runs.
+enum class ControlWidgets { Made, None };
+
 class QtFormWindow : public QWidget {
     Q_OBJECT
 public:
-    QtFormWindow(forms::Form& form, int twipsPerPixel, FormFrame frame, Qt::WindowFlags flags = {});
+    QtFormWindow(forms::Form& form, int twipsPerPixel, FormFrame frame, Qt::WindowFlags flags = {},
+                 ControlWidgets controls = ControlWidgets::Made);
     ~QtFormWindow() override;
 
     forms::Form& model() { return form_; }

@@ -2,6 +2,7 @@
 
 #include "dialog/appearance.h"
 #include "dialog/dialog_layout.h"
+#include "ui/qt/app_icon.h"
 #include "ui/qt/classic_widgets.h"
 #include "ui/qt/colors.h"
 #include "ui/qt/key_codes.h"
@@ -37,6 +38,7 @@ QtJobDialogView::QtJobDialogView(dialog::JobDialog& dialog, int twipsPerPixel)
     : QtFormWindow(dialog.form(), twipsPerPixel, FormFrame{dialog::layout::FrameWidth, dialog::layout::FrameHeight},
                    DialogFlags),
       dialog_(dialog) {
+    setWindowIcon(appIcon());
     connectButtons();
     connectOptions();
     connectNameAndProfile();

@@ -10,7 +10,7 @@
 namespace pl::qtui {
 
 QtResidentView::QtResidentView(assistant::ResidentForm& form, int twipsPerPixel)
-    : QtFormWindow(form, twipsPerPixel, FormFrame{}, Qt::Tool), resident_(form) {
+    : QtFormWindow(form, twipsPerPixel, FormFrame{}, Qt::Tool, ControlWidgets::None), resident_(form) {
     connect(&tray_, &QtTray::mouseMessage, this, &QtResidentView::trayMessage);
 }
 
