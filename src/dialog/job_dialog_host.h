@@ -3,6 +3,7 @@
 // once the previous one has been unloaded.
 
 #include "dialog/actions.h"
+#include "dialog/actions/job_actions.h"
 #include "dialog/job_dialog.h"
 #include "forms/context.h"
 
@@ -10,9 +11,11 @@
 
 namespace pl::dialog {
 
+// Each dialog gets the program's own actions unless told otherwise: a slot that is to convert
+// nothing (a test of the dialog's preparation) says so with noActions.
 class JobDialogSlot final : public forms::JobDialogHost {
 public:
-    explicit JobDialogSlot(forms::Context& context, DialogActionsFactory makeActions = noActions);
+    explicit JobDialogSlot(forms::Context& context, DialogActionsFactory makeActions = jobActions);
     ~JobDialogSlot() override;
     JobDialogSlot(const JobDialogSlot&) = delete;
     JobDialogSlot& operator=(const JobDialogSlot&) = delete;

@@ -21,6 +21,9 @@ struct SaveDialogRequest {
     std::string initDir;
     std::string fileName;
     bool overwritePrompt = true;
+    // The chosen folder must exist (the classic dialog's path-must-exist flag).
+    bool pathMustExist = false;
+    // In `filter` a zero character divides a description from its pattern just as "|" does.
 };
 
 class View : public MessageBoxes {
@@ -56,6 +59,10 @@ public:
     // Keeps a form that is never meant to be seen out of sight and out of the task list: the
     // application leaves the task list, the form's owner window and then the form are hidden.
     virtual void hideFromTaskbar(Form& form) { hide(form); }
+
+    // Shows a form modally: the other forms take no input until it is hidden or unloaded. A view that
+    // cannot block shows it modeless.
+    virtual void showModal(Form& form) { show(form); }
 };
 
 } // namespace pl::forms

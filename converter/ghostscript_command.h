@@ -1,0 +1,54 @@
+#pragma once
+// The words of one Ghostscript run. Pure: everything here can be checked without running anything.
+//
+// Order: program, -dSAFER -dBATCH -dNOPAUSE, the profile's switches, the argument file with the
+// passwords, the output, then the input files in the order they are to appear in the result.
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pl::converter {
+
+// A profile's switch line after the converter has taken out what is not the profile's to decide.
+struct ProfileSwitches {
+    std::vector<std::string> switches; // in order; always with exactly one -sDEVICE=
+    std::string device;                // the output device, "pdfwrite" when the profile names none
+    // Password switches found in the line: they must never reach a command line, so they travel
+    // with the other passwords in the argument file.
+    std::optional<std::string> userPassword;
+    std::optional<std::string> ownerPassword;
+    // Words that were left out (shown in the log).
+    std::vector<std::string> dropped;
+};
+
+// Cleans the words of a profile's first line: the output file and the safety switches are the
+// converter's (a profile cannot name its own output or switch the sandbox off), file names would
+// be converted as part of the job, and "-sdevice=" in any letter case selects the device.
+ProfileSwitches cleanProfileSwitches(const std::vector<std::string>& words);
+
+// Whether `device` writes PDF (the only output that can be encrypted).
+bool isPdfDevice(std::string_view device);
+
+struct Passwords {
+    std::string user;  // needed to open the document; may be empty
+    std::string owner; // needed to change it; never empty
+};
+
+// The text of a Ghostscript argument file that sets the passwords and 128-bit encryption.
+// Nothing when a password cannot be written in such a file (a line break in it, or a trailing
+// backslash together with a blank or a double quote).
+std::optional<std::string> encryptionArgumentFile(const Passwords& passwords);
+
+struct GhostscriptRun {
+    std::string program;
+    std::vector<std::string> switches;       // from cleanProfileSwitches
+    std::optional<std::string> argumentFile; // path of the password file
+    std::string outputFile;                  // already in Ghostscript's form (ghostscriptOutputFile)
+    std::vector<std::string> inputs;         // absolute paths
+};
+
+std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run);
+
+} // namespace pl::converter

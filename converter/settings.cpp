@@ -1,0 +1,82 @@
+#include "converter/settings.h"
+
+#include "platform/environment_expand.h"
+#include "platform/paths.h"
+
+#include <charconv>
+
+namespace pl::converter {
+
+namespace {
+
+constexpr std::string_view kUserKey = "HKCU\\Software\\tobrin\\PaperlarkXP";
+constexpr std::string_view kMachineKey = "HKLM\\Software\\tobrin\\PaperlarkXP";
+// The registry's marker for a value that is not there.
+constexpr std::string_view kNotFound = "nicht gefunden";
+
+// A value that cannot be read (a broken store, a number too large for text) counts as not set:
+// the converter never refuses a job over a setting.
+std::string readValue(const platform::Registry* registry, std::string_view key, std::string_view name) {
+    if (!registry)
+        return {};
+    try {
+        std::string value = registry->GetRegValue(key, name);
+        return value == kNotFound ? std::string() : value;
+    } catch (...) {
+        return {};
+    }
+}
+
+std::string userThenMachine(const platform::Registry* registry, std::string_view name) {
+    std::string value = readValue(registry, kUserKey, name);
+    if (value.empty())
+        value = readValue(registry, kMachineKey, name);
+    return value;
+}
+
+// Ghostscript's console program in a folder named by the settings; the location itself when it is
+// not a folder or holds none (starting it then fails with a message that names it).
+std::string ghostscriptIn(const std::string& location, const platform::FileSystem& files) {
+    if (!files.isFolder(location))
+        return location;
+    const std::string base = platform::withTrailingSep(location);
+    const std::string sep(1, platform::PathSep);
+    for (const std::string& folder : {base, base + "bin" + sep, base + "gs" + sep, base + "gs" + sep + "bin" + sep}) {
+        for (const char* program : {"gswin64c.exe", "gswin32c.exe", "gs"}) {
+            const std::string candidate = folder + program;
+            if (files.exists(candidate) && !files.isFolder(candidate))
+                return candidate;
+        }
+    }
+    return location;
+}
+
+} // namespace
+
+std::optional<std::chrono::seconds> parseTimeLimit(std::string_view value) {
+    while (!value.empty() && value.front() == ' ')
+        value.remove_prefix(1);
+    while (!value.empty() && value.back() == ' ')
+        value.remove_suffix(1);
+    long long seconds = 0;
+    const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), seconds);
+    if (value.empty() || error != std::errc() || end != value.data() + value.size() || seconds < 1)
+        return std::nullopt;
+    return std::chrono::seconds(seconds);
+}
+
+Settings readSettings(const platform::Registry* registry, const platform::Environment& environment,
+                      const platform::FileSystem& files, std::string defaultProgram) {
+    Settings settings;
+    settings.ghostscript = userThenMachine(registry, "gswin32c");
+    if (!settings.ghostscript.empty())
+        settings.ghostscript = ghostscriptIn(platform::ReplaceEnviron(settings.ghostscript, environment), files);
+    if (settings.ghostscript.empty())
+        settings.ghostscript = std::move(defaultProgram);
+    if (auto limit = parseTimeLimit(userThenMachine(registry, "GsTimeout")))
+        settings.timeLimit = *limit;
+    settings.debug = readValue(registry, kUserKey, "Debug") == "1";
+    return settings;
+}
+
+} // namespace pl::converter

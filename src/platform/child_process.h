@@ -1,0 +1,43 @@
+#pragma once
+// Running a helper program to its end: a conversion engine that must finish, or be stopped, before
+// its caller can decide what happens to the files it worked on. The program is started directly
+// from its words (never through a shell), and everything it prints is collected so that the caller
+// can tell the user why it failed.
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace pl::platform {
+
+struct ChildResult {
+    // The program could not be started at all (not found, not executable); `startError` says why.
+    bool started = false;
+    std::string startError;
+    // The time limit ran out and the program (with everything it started) was ended.
+    bool timedOut = false;
+    // The exit code when it ended by itself; -1 when it was ended by a signal or was stopped.
+    int exitCode = -1;
+    // What it wrote to its standard output and standard error, interleaved; only the last part is
+    // kept when it wrote a lot.
+    std::string output;
+};
+
+// Runs `argv` (argv[0] is the program: a path, or a name searched on the PATH) with no input and
+// waits for it to end, at most `timeLimit`. When the limit runs out, the program and every process
+// it started are ended. When `tempFolder` is given, the program keeps its temporary files there
+// (a program that is ended has no chance to remove its own). Never throws for the program's own
+// failures.
+ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit,
+                       const std::string& tempFolder = {});
+
+// Creates a new folder that only the current user can enter, in the user's temporary folder.
+// Returns its path, or nothing when it could not be created. The caller removes it.
+std::optional<std::string> createPrivateTempFolder(const std::string& namePrefix);
+
+// Creates the file `path`, which must not exist yet, readable by the current user only, holding
+// `content`. False when it could not be written (nothing is left behind then).
+bool writePrivateFile(const std::string& path, const std::string& content);
+
+} // namespace pl::platform

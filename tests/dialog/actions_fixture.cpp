@@ -1,0 +1,157 @@
+#include "actions_fixture.h"
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <sys/file.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace pl::test {
+
+namespace {
+
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+std::vector<RecordedCall> parseCalls(const std::string& record) {
+    std::vector<RecordedCall> calls;
+    std::istringstream lines(record);
+    std::string line;
+    RecordedCall current;
+    bool open = false;
+    while (std::getline(lines, line)) {
+        if (line == "=== call") {
+            current = {};
+            open = true;
+        } else if (line == "=== end" && open) {
+            calls.push_back(current);
+            open = false;
+        } else if (line.starts_with("program=")) {
+            current.program = line.substr(8);
+        } else if (line.starts_with("folder=")) {
+            current.folder = line.substr(7);
+        } else if (line.starts_with("arg=")) {
+            current.args.push_back(line.substr(4));
+        }
+    }
+    return calls;
+}
+
+} // namespace
+
+FileHolder::FileHolder(const std::string& path, Lock kind) {
+    int ready[2], release[2];
+    if (::pipe(ready) != 0 || ::pipe(release) != 0)
+        return;
+    const pid_t pid = ::fork();
+    if (pid == 0) {
+        ::close(ready[0]);
+        ::close(release[1]);
+        const int fd = ::open(path.c_str(), O_RDWR);
+        bool locked = false;
+        if (fd >= 0 && kind == Lock::Flock) {
+            locked = ::flock(fd, LOCK_EX) == 0;
+        } else if (fd >= 0) {
+            struct flock lock {};
+            lock.l_type = F_WRLCK;
+            lock.l_whence = SEEK_SET;
+            locked = ::fcntl(fd, F_SETLKW, &lock) == 0;
+        }
+        const char answer = locked ? '1' : '0';
+        (void)::write(ready[1], &answer, 1);
+        char ignored;
+        (void)::read(release[0], &ignored, 1); // until the test closes its end
+        ::_exit(0);
+    }
+    ::close(ready[1]);
+    ::close(release[0]);
+    pid_ = pid;
+    release_ = release[1];
+    char answer = '0';
+    holding_ = pid > 0 && ::read(ready[0], &answer, 1) == 1 && answer == '1';
+    ::close(ready[0]);
+}
+
+FileHolder::~FileHolder() {
+    if (release_ >= 0)
+        ::close(release_);
+    if (pid_ > 0) {
+        int status = 0;
+        while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
+        }
+    }
+}
+
+ActionsFixture::ActionsFixture() {
+    recordFile = root.folder() + "calls.txt";
+    tempFolder = root.folder() + "tmp";
+    desktop = root.folder() + "desktop/";
+    out = root.folder() + "out/";
+    std::filesystem::create_directories(tempFolder);
+    std::filesystem::create_directories(out);
+    env.set("RECORDING_CONVERTER_LOG", recordFile);
+    env.set("TMPDIR", tempFolder);
+    // The suite folder ("pldir") is where the converter is looked for ("plDir", the same value).
+    installRecorder(suite, "paperlark");
+    writeProfile(suite, "High Quality.plp");
+}
+
+void ActionsFixture::installRecorder(const std::string& folder, const std::string& name) const {
+    std::filesystem::copy_file(RECORDING_CONVERTER, folder + name, std::filesystem::copy_options::overwrite_existing);
+}
+
+std::vector<RecordedCall> ActionsFixture::waitForCalls(std::size_t count, std::chrono::milliseconds timeout) const {
+    const auto until = std::chrono::steady_clock::now() + timeout;
+    for (;;) {
+        auto calls = parseCalls(readFile(recordFile));
+        if (calls.size() >= count || std::chrono::steady_clock::now() > until)
+            return calls;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+}
+
+bool ActionsFixture::noCallArrives() const {
+    return waitForCalls(1, std::chrono::milliseconds(400)).empty();
+}
+
+std::string ActionsFixture::outputOfOnlyCall() const {
+    const auto calls = waitForCalls(1);
+    return calls.size() == 1 && calls[0].args.size() >= 4 ? calls[0].args[3] : "(no call)";
+}
+
+void ActionsFixture::expectOneWarning(const std::string& prompt) const {
+    ASSERT_EQ(view.messages.size(), 1u);
+    EXPECT_EQ(view.messages[0].prompt, prompt);
+    EXPECT_EQ(view.messages[0].style, mb::Exclamation);
+    EXPECT_EQ(view.messages[0].title, "Paperlark 4.12");
+}
+
+void ActionsFixture::offerMachineJob(const std::string& title, const std::string& name) {
+    writeJob(machineSpool, name, title);
+    offerJob(machineSpool, name);
+}
+
+dialog::JobDialog& ActionsFixture::openWithActions() {
+    dialog = std::make_unique<dialog::JobDialog>(*context, dialog::jobActions);
+    dialog->Load();
+    return *dialog;
+}
+
+dialog::DialogJobActions& ActionsFixture::buttons() {
+    return dynamic_cast<dialog::DialogJobActions&>(dialog->actions());
+}
+
+std::string ActionsFixture::logText() const {
+    return readFile(desktop + "plAssist.log");
+}
+
+} // namespace pl::test

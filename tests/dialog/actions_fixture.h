@@ -1,0 +1,69 @@
+#pragma once
+// A job dialog with the program's own actions, on the real folders and registry store of
+// DialogFixture, and a recording converter in the suite folder that writes down every call it gets.
+// The converter is started as a real process and not waited for, so a test waits for its record.
+
+#include "dialog/actions/job_actions.h"
+#include "dialog_fixture.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace pl::test {
+
+// One start of the recording converter.
+struct RecordedCall {
+    std::string program; // the program word it was started with
+    std::string folder;  // its working folder
+    std::vector<std::string> args;
+};
+
+// Another process that holds a file open with a lock, as a program that wants the file to itself
+// does, until the object goes away.
+class FileHolder {
+public:
+    enum class Lock { Flock, RecordLock };
+    FileHolder(const std::string& path, Lock kind);
+    ~FileHolder();
+    FileHolder(const FileHolder&) = delete;
+    FileHolder& operator=(const FileHolder&) = delete;
+    bool holding() const { return holding_; }
+
+private:
+    int pid_ = -1;
+    int release_ = -1; // closing it lets the holder end
+    bool holding_ = false;
+};
+
+class ActionsFixture : public DialogFixture {
+protected:
+    ActionsFixture();
+
+    // The recording converter as `name` in `folder`.
+    void installRecorder(const std::string& folder, const std::string& name) const;
+    // The calls recorded so far, after waiting until at least `count` have arrived (or a timeout).
+    std::vector<RecordedCall> waitForCalls(std::size_t count,
+                                           std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
+    // No call arrives within a moment.
+    bool noCallArrives() const;
+    // The output argument of the one call that arrived, or "(no call)".
+    std::string outputOfOnlyCall() const;
+    // The one message shown was `prompt`, with the exclamation icon and the program's title.
+    void expectOneWarning(const std::string& prompt) const;
+
+    // A job in the machine spool folder, offered to the dialog.
+    void offerMachineJob(const std::string& title = "Report", const std::string& name = "anna0001.ps");
+    // The dialog for the offered job with the program's own actions, loaded.
+    dialog::JobDialog& openWithActions();
+    dialog::DialogJobActions& buttons();
+    // The debug log's text.
+    std::string logText() const;
+
+    std::string recordFile; // where the recording converter writes
+    std::string tempFolder; // the user's temporary folder ("temp")
+    std::string desktop;    // the user's desktop as the shell folders name it
+    std::string out;        // a folder for saved files
+};
+
+} // namespace pl::test
