@@ -11,6 +11,7 @@
 
 #include "assistant/error_report.h"
 #include "assistant/resident_form.h"
+#include "dialog/actions/job_actions.h"
 #include "dialog/job_dialog_host.h"
 #include "forms/context.h"
 #include "platform/command_line.h"
@@ -90,9 +91,17 @@ int main(int argc, char** argv) {
     pl::texts::Texts texts;
     pl::naming::NamingState naming;
     pl::forms::Context context{services, state, texts, naming, view};
-    pl::dialog::JobDialogSlot dialogs(context);
+    // Starting the configuration program pauses the watch timer, so that no job dialog opens on top
+    // of it while it comes up.
+    pl::assistant::ResidentForm* watcher = nullptr;
+    pl::dialog::ActionHooks hooks{[&watcher](bool enabled) {
+        if (watcher != nullptr)
+            watcher->control("Timer1").enabled = enabled;
+    }};
+    pl::dialog::JobDialogSlot dialogs(context, pl::dialog::jobActionsWith(hooks));
     auto changes = pl::platform::makeFolderChanges();
     pl::assistant::ResidentForm resident(context, dialogs, changes.get());
+    watcher = &resident;
 
     view.bindResident(resident, [] { QCoreApplication::quit(); });
     view.bindJobDialogs(dialogs);

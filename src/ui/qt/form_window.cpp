@@ -5,7 +5,9 @@
 #include "ui/qt/twips.h"
 
 #include <QCoreApplication>
+#include <QHideEvent>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 #include <QTimer>
 #include <QWindow>
 
@@ -31,7 +33,9 @@ QtFormWindow::QtFormWindow(forms::Form& form, int twipsPerPixel, FormFrame frame
         makeControls();
 }
 
-QtFormWindow::~QtFormWindow() = default;
+QtFormWindow::~QtFormWindow() {
+    attached_ = false; // children going away report no more events
+}
 
 void QtFormWindow::makeControls() {
     std::vector<const forms::Control*> tabOrder;
@@ -68,14 +72,19 @@ QWidget* QtFormWindow::controlWidget(std::string_view name) const {
 }
 
 void QtFormWindow::redraw() {
+    const QScopedValueRollback<bool> drawing(redrawing_, true);
     const QString caption = QString::fromStdString(form_.caption);
     if (windowTitle() != caption)
         setWindowTitle(caption);
     // The model's size includes the window frame; the widget is the inside.
     const QSize inside(toPixels(form_.width - frame_.width, twipsPerPixel_),
                        toPixels(form_.height - frame_.height, twipsPerPixel_));
-    if (inside.isValid() && !inside.isEmpty() && size() != inside)
-        setFixedSize(inside);
+    if (inside.isValid() && !inside.isEmpty() && size() != inside) {
+        if (resizable_)
+            resize(inside);
+        else
+            setFixedSize(inside);
+    }
     const QPoint place(toPixels(form_.left, twipsPerPixel_), toPixels(form_.top, twipsPerPixel_));
     if (!placed_ || pos() != place) {
         move(place);
@@ -100,9 +109,18 @@ void QtFormWindow::renderTimers() {
 }
 
 void QtFormWindow::detach() {
+    if (!attached_)
+        return;
     attached_ = false;
     for (auto& [name, timer] : timers_)
         timer->stop();
+    emit dismissed();
+}
+
+void QtFormWindow::hideEvent(QHideEvent* event) {
+    QWidget::hideEvent(event);
+    if (!event->spontaneous()) // not the window manager minimising it
+        emit dismissed();
 }
 
 void QtFormWindow::focusControl(std::string_view name) {

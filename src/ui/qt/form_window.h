@@ -52,6 +52,11 @@ public:
     // The model asks for one of its pop-up menus.
     virtual void showPopupMenu(std::string_view menu);
 
+signals:
+    // The window left the screen by the program's doing (hidden or unloaded): a modal wait for it
+    // ends.
+    void dismissed();
+
 protected:
     // Runs an event procedure of the model and draws the model again, unless the procedure
     // unloaded it. Does nothing once the window is detached.
@@ -69,8 +74,14 @@ protected:
     // A timer control of the model fired while the model had it enabled.
     virtual void timerFired(std::string_view name);
 
+    // A window the user may resize: drawing the model sizes it without fixing its size.
+    void setResizable(bool resizable) { resizable_ = resizable; }
+    // True while the model is being drawn: the widgets' own signals then are no user's doing.
+    bool redrawing() const { return redrawing_; }
+
     bool eventFilter(QObject* watched, QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
 private:
     void makeControls();
@@ -81,6 +92,8 @@ private:
     FormFrame frame_;
     bool attached_ = true;
     bool placed_ = false;
+    bool resizable_ = false;
+    bool redrawing_ = false;
     std::map<std::string, QPointer<QWidget>, std::less<>> widgets_;
     std::map<std::string, QTimer*, std::less<>> timers_;
 };

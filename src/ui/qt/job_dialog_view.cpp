@@ -3,10 +3,9 @@
 #include "dialog/appearance.h"
 #include "dialog/dialog_layout.h"
 #include "ui/qt/app_icon.h"
+#include "ui/qt/background.h"
 #include "ui/qt/classic_widgets.h"
-#include "ui/qt/colors.h"
 #include "ui/qt/key_codes.h"
-#include "ui/qt/twips.h"
 
 #include <QCloseEvent>
 #include <QComboBox>
@@ -151,23 +150,8 @@ void QtJobDialogView::paintEvent(QPaintEvent*) {
     if (!attached())
         return;
     QPainter painter(this);
-    const dialog::Background& background = dialog_.background();
-    if (!background.gradient) {
-        painter.fillRect(rect(), toQColor(model().backColor, palette()));
-        return;
-    }
-    // The model gives the colour of each line of the drawing area, one pixel apart; painting them
-    // on every repaint is what keeps the gradient when the window is covered and uncovered.
-    const int tpp = twipsPerPixel();
-    const int scaleHeight = model().height - dialog::layout::FrameHeight;
-    QPen pen;
-    pen.setWidth(background.drawWidth);
-    for (const auto& line : dialog::gradientLines(background.gradientStart, background.gradientEnd, scaleHeight, tpp)) {
-        pen.setColor(toQColor(line.color, palette()));
-        painter.setPen(pen);
-        const int y = toPixels(line.y, tpp);
-        painter.drawLine(0, y, width(), y);
-    }
+    paintBackground(painter, *this, dialog_.background(), model().backColor,
+                    model().height - dialog::layout::FrameHeight, twipsPerPixel());
 }
 
 } // namespace pl::qtui

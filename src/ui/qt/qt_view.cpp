@@ -2,18 +2,26 @@
 
 #include "assistant/resident_form.h"
 #include "dialog/job_dialog_host.h"
+#include "dialog/sort/sort_form.h"
 #include "ui/qt/job_dialog_view.h"
 #include "ui/qt/message_boxes.h"
 #include "ui/qt/resident_view.h"
 #include "ui/qt/save_dialog.h"
+#include "ui/qt/sort_view.h"
 #include "ui/qt/twips.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QEventLoop>
 
 namespace pl::qtui {
 
-QtView::QtView(QString programName) : programName_(std::move(programName)) {}
+QtView::QtView(QString programName) : programName_(std::move(programName)) {
+    addWindowFactory([](forms::Form& f, int tpp) -> QtFormWindow* {
+        auto* sort = dynamic_cast<dialog::SortForm*>(&f);
+        return sort ? new QtSortView(*sort, tpp) : nullptr;
+    });
+}
 
 QtView::~QtView() {
     for (auto& [form, window] : windows_)
@@ -171,6 +179,24 @@ void QtView::sendKeys(std::string_view) {}
 
 int QtView::twipsPerPixel() const {
     return qtui::twipsPerPixel();
+}
+
+void QtView::showModal(forms::Form& form) {
+    form.visible = true;
+    QPointer<QtFormWindow> w = window(form, true);
+    if (w == nullptr)
+        return;
+    w->setWindowModality(Qt::ApplicationModal);
+    w->redraw();
+    w->show();
+    w->raise();
+    w->activateWindow();
+    if (!w->isVisible() || !w->attached())
+        return;
+    QEventLoop wait;
+    QObject::connect(w, &QtFormWindow::dismissed, &wait, &QEventLoop::quit);
+    QObject::connect(w, &QObject::destroyed, &wait, &QEventLoop::quit);
+    wait.exec(QEventLoop::DialogExec);
 }
 
 void QtView::hideFromTaskbar(forms::Form& form) {

@@ -44,6 +44,7 @@ public:
     void bindJobDialogs(dialog::JobDialogSlot& slot);
     // One job dialog made elsewhere.
     void bindJobDialog(dialog::JobDialog& dialog);
+    // (The MultiDoc sort dialog is a form of its own kind and needs no binding.)
 
     // The window of a form; null while it has none.
     QtFormWindow* windowOf(const forms::Form& form) const;
@@ -70,6 +71,9 @@ public:
     void sendKeys(std::string_view keys) override;
     int twipsPerPixel() const override;
     void hideFromTaskbar(forms::Form& form) override;
+    // Shows the form and waits, with the other windows taking no input, until it is hidden or
+    // unloaded.
+    void showModal(forms::Form& form) override;
 
 private:
     QtFormWindow* window(forms::Form& form, bool make);

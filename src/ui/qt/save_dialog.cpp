@@ -1,6 +1,9 @@
 #include "ui/qt/save_dialog.h"
 
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
 
 namespace pl::qtui {
 
@@ -9,6 +12,31 @@ namespace {
 QString fromUtf8(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
+
+// The toolkit's dialog lets a name in a missing folder through; the classic one, asked to, says
+// so and stays open.
+class ClassicSaveDialog final : public QFileDialog {
+public:
+    ClassicSaveDialog(QWidget* parent, bool pathMustExist) : QFileDialog(parent), pathMustExist_(pathMustExist) {}
+
+protected:
+    void accept() override {
+        const QStringList chosen = selectedFiles();
+        if (pathMustExist_ && !chosen.isEmpty()) {
+            const QFileInfo file(chosen.first());
+            if (!file.isDir() && !file.dir().exists()) {
+                QMessageBox::warning(this, windowTitle(),
+                                     file.absoluteFilePath() + QStringLiteral("\nThe path does not exist.\n"
+                                                                              "Check the path and try again."));
+                return;
+            }
+        }
+        QFileDialog::accept();
+    }
+
+private:
+    bool pathMustExist_;
+};
 
 } // namespace
 
@@ -52,7 +80,7 @@ void setUpSaveDialog(QFileDialog& dialog, const forms::SaveDialogRequest& reques
 }
 
 std::optional<std::string> askSaveFileName(QWidget* parent, const forms::SaveDialogRequest& request) {
-    QFileDialog dialog(parent);
+    ClassicSaveDialog dialog(parent, request.pathMustExist);
     setUpSaveDialog(dialog, request);
     if (dialog.exec() != QDialog::Accepted)
         return std::nullopt;

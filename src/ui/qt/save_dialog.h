@@ -1,7 +1,7 @@
 #pragma once
 // The common save dialog, driven with what the classic control is given: the filter (pairs of a
 // description and a pattern, separated by "|" or by NUL characters), the default extension, the
-// initial folder, the file name, and whether overwriting asks first.
+// initial folder, the file name, whether overwriting asks first and whether the folder must exist.
 
 #include "forms/view.h"
 
