@@ -66,28 +66,26 @@ QStringList itemsOf(const forms::Control& control) {
     return items;
 }
 
-void renderCombo(QComboBox& combo, const forms::Control& control) {
+// Refills a list's items only when they changed, so that drawing again keeps an open drop-down.
+template <class List, class ItemText> void renderItems(List& list, const forms::Control& control, ItemText itemText) {
     const QStringList items = itemsOf(control);
     QStringList shown;
-    for (int i = 0; i < combo.count(); ++i)
-        shown << combo.itemText(i);
+    for (int i = 0; i < list.count(); ++i)
+        shown << itemText(list, i);
     if (shown != items) {
-        combo.clear();
-        combo.addItems(items);
+        list.clear();
+        list.addItems(items);
     }
+}
+
+void renderCombo(QComboBox& combo, const forms::Control& control) {
+    renderItems(combo, control, [](const QComboBox& c, int i) { return c.itemText(i); });
     if (combo.currentIndex() != control.value)
         combo.setCurrentIndex(control.value);
 }
 
 void renderList(QListWidget& list, const forms::Control& control) {
-    const QStringList items = itemsOf(control);
-    QStringList shown;
-    for (int i = 0; i < list.count(); ++i)
-        shown << list.item(i)->text();
-    if (shown != items) {
-        list.clear();
-        list.addItems(items);
-    }
+    renderItems(list, control, [](const QListWidget& l, int i) { return l.item(i)->text(); });
     if (list.currentRow() != control.value)
         list.setCurrentRow(control.value);
 }

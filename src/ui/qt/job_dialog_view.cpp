@@ -45,28 +45,27 @@ QtJobDialogView::QtJobDialogView(dialog::JobDialog& dialog, int twipsPerPixel)
 
 QtJobDialogView::~QtJobDialogView() = default;
 
+template <class Widget, class Signal>
+void QtJobDialogView::forwardSignal(std::string_view name, Signal signal, void (dialog::JobActions::*procedure)()) {
+    if (auto* widget = qobject_cast<Widget*>(controlWidget(name)))
+        connect(widget, signal, this, [this, procedure] { forward([&] { (dialog_.actions().*procedure)(); }); });
+}
+
 void QtJobDialogView::connectButtons() {
-    auto onClick = [this](std::string_view name, void (dialog::JobActions::*procedure)()) {
-        if (auto* button = qobject_cast<QPushButton*>(controlWidget(name)))
-            connect(button, &QPushButton::clicked, this,
-                    [this, procedure] { forward([&] { (dialog_.actions().*procedure)(); }); });
-    };
-    onClick("cmdEmail", &dialog::JobActions::cmdEmail_Click);
-    onClick("cmdSave", &dialog::JobActions::cmdSave_Click);
-    onClick("cmdDesktop", &dialog::JobActions::cmdDesktop_Click);
-    onClick("cmdMulti", &dialog::JobActions::cmdMulti_Click);
-    onClick("cmdSort", &dialog::JobActions::cmdSort_Click);
+    using A = dialog::JobActions;
+    forwardSignal<QPushButton>("cmdEmail", &QPushButton::clicked, &A::cmdEmail_Click);
+    forwardSignal<QPushButton>("cmdSave", &QPushButton::clicked, &A::cmdSave_Click);
+    forwardSignal<QPushButton>("cmdDesktop", &QPushButton::clicked, &A::cmdDesktop_Click);
+    forwardSignal<QPushButton>("cmdMulti", &QPushButton::clicked, &A::cmdMulti_Click);
+    forwardSignal<QPushButton>("cmdSort", &QPushButton::clicked, &A::cmdSort_Click);
 }
 
 void QtJobDialogView::connectOptions() {
-    auto onLabel = [this](std::string_view name, void (dialog::JobActions::*procedure)()) {
-        if (auto* label = qobject_cast<ClickableLabel*>(controlWidget(name)))
-            connect(label, &ClickableLabel::clicked, this,
-                    [this, procedure] { forward([&] { (dialog_.actions().*procedure)(); }); });
-    };
-    onLabel("lbOpenPDF", &dialog::JobActions::lbOpenPDF_Click);
-    onLabel("lbEncodePDF", &dialog::JobActions::lbEncodePDF_Click);
-    onLabel("lbConfig", &dialog::JobActions::lbConfig_Click);
+    using A = dialog::JobActions;
+    forwardSignal<ClickableLabel>("lbOpenPDF", &ClickableLabel::clicked, &A::lbOpenPDF_Click);
+    forwardSignal<ClickableLabel>("lbEncodePDF", &ClickableLabel::clicked, &A::lbEncodePDF_Click);
+    forwardSignal<ClickableLabel>("lbConfig", &ClickableLabel::clicked, &A::lbConfig_Click);
+    forwardSignal<ClassicCheckBox>("chkOpenPDF", &ClassicCheckBox::lostFocus, &A::chkOpenPDF_LostFocus);
     if (QWidget* config = controlWidget("lbConfig"))
         config->setCursor(Qt::PointingHandCursor); // it reads as a link
 
@@ -81,9 +80,6 @@ void QtJobDialogView::connectOptions() {
                 control(controlName).value = checkValueOf(*box);
         });
     }
-    if (auto* open = qobject_cast<ClassicCheckBox*>(controlWidget("chkOpenPDF")))
-        connect(open, &ClassicCheckBox::lostFocus, this,
-                [this] { forward([&] { dialog_.actions().chkOpenPDF_LostFocus(); }); });
     if (auto* encode = qobject_cast<ClassicCheckBox*>(controlWidget("ckEncodePDF")))
         connect(encode, &ClassicCheckBox::mouseUp, this, [this](int button, int shift, int x, int y) {
             const int tpp = twipsPerPixel();

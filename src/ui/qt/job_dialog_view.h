@@ -24,6 +24,9 @@ protected:
     void timerFired(std::string_view name) override;
 
 private:
+    // Runs the action `procedure` whenever the control `name`, a `Widget`, emits `signal`.
+    template <class Widget, class Signal>
+    void forwardSignal(std::string_view name, Signal signal, void (dialog::JobActions::*procedure)());
     void connectButtons();
     void connectOptions();
     void connectNameAndProfile();

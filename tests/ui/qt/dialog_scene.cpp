@@ -22,4 +22,10 @@ bool DialogScene::open() {
     return QTest::qWaitForWindowActive(w);
 }
 
+bool DialogScene::openJob(const std::string& title) {
+    world.writeJob(world.userSpool, "anna0001.ps", title);
+    world.offerJob(world.userSpool, "anna0001.ps");
+    return open();
+}
+
 } // namespace pl::test

@@ -21,6 +21,8 @@ public:
     // Loads the dialog for the offered job (see QtWorld::offerJob) and waits until its window is
     // shown and active.
     bool open();
+    // The same for a new job "anna0001.ps" in the user spool folder whose title is `title`.
+    bool openJob(const std::string& title);
 
     forms::Control& control(const std::string& name) { return dialog->control(name); }
     qtui::QtFormWindow* window() const { return world.view.windowOf(dialog->form()); }

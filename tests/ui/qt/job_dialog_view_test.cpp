@@ -145,9 +145,7 @@ void JobDialogViewTest::close_button_answered_yes_deletes_and_the_window_goes() 
 
 void JobDialogViewTest::typing_swallows_forbidden_characters_but_not_per_cent() {
     DialogScene scene;
-    scene.world.writeJob(scene.world.userSpool, "anna0001.ps", "Report");
-    scene.world.offerJob(scene.world.userSpool, "anna0001.ps");
-    QVERIFY(scene.open());
+    QVERIFY(scene.openJob("Report"));
     auto* name = scene.widget<QLineEdit>("pdfName");
     QTRY_VERIFY(name->hasFocus());
 
@@ -160,9 +158,7 @@ void JobDialogViewTest::typing_swallows_forbidden_characters_but_not_per_cent() 
 
 void JobDialogViewTest::pasting_puts_the_cleaned_title_into_box_and_clipboard() {
     DialogScene scene;
-    scene.world.writeJob(scene.world.userSpool, "anna0001.ps", "Report");
-    scene.world.offerJob(scene.world.userSpool, "anna0001.ps");
-    QVERIFY(scene.open());
+    QVERIFY(scene.openJob("Report"));
     auto* name = scene.widget<QLineEdit>("pdfName");
     QTRY_VERIFY(name->hasFocus());
     QGuiApplication::clipboard()->setText(QStringLiteral("Microsoft Word - Letter.doc"));
@@ -177,9 +173,7 @@ void JobDialogViewTest::pasting_puts_the_cleaned_title_into_box_and_clipboard() 
 
 void JobDialogViewTest::the_name_box_selects_all_when_it_gets_the_focus() {
     DialogScene scene;
-    scene.world.writeJob(scene.world.userSpool, "anna0001.ps", "Quarterly Report");
-    scene.world.offerJob(scene.world.userSpool, "anna0001.ps");
-    QVERIFY(scene.open());
+    QVERIFY(scene.openJob("Quarterly Report"));
     auto* name = scene.widget<QLineEdit>("pdfName");
     auto* profiles = scene.widget<QComboBox>("plProfile");
 
@@ -206,9 +200,7 @@ void JobDialogViewTest::the_name_box_selects_all_when_it_gets_the_focus() {
 
 void JobDialogViewTest::controls_stand_where_the_model_puts_them() {
     DialogScene scene;
-    scene.world.writeJob(scene.world.userSpool, "anna0001.ps", "Report");
-    scene.world.offerJob(scene.world.userSpool, "anna0001.ps");
-    QVERIFY(scene.open());
+    QVERIFY(scene.openJob("Report"));
     const int tpp = scene.window()->twipsPerPixel();
     QCOMPARE(tpp, qtui::twipsPerPixel());
 
@@ -230,15 +222,11 @@ void JobDialogViewTest::controls_stand_where_the_model_puts_them() {
 void JobDialogViewTest::policy_hidden_buttons_and_rows_leave_no_gap() {
     using namespace pl::dialog::layout;
     DialogScene full;
-    full.world.writeJob(full.world.userSpool, "anna0001.ps", "Report");
-    full.world.offerJob(full.world.userSpool, "anna0001.ps");
-    QVERIFY(full.open());
+    QVERIFY(full.openJob("Report"));
 
     DialogScene restricted;
     restricted.world.setMachine("APol", "disablesaveas,disablequality");
-    restricted.world.writeJob(restricted.world.userSpool, "anna0001.ps", "Report");
-    restricted.world.offerJob(restricted.world.userSpool, "anna0001.ps");
-    QVERIFY(restricted.open());
+    QVERIFY(restricted.openJob("Report"));
     const int tpp = restricted.window()->twipsPerPixel();
 
     // The remaining buttons close up from the left, one gap apart.
@@ -271,9 +259,7 @@ void JobDialogViewTest::choosing_a_profile_reaches_the_model() {
     DialogScene scene;
     scene.world.root.write("suite/Fax.plp", "-sDEVICE=pdfwrite\r\n");
     scene.world.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite\r\n");
-    scene.world.writeJob(scene.world.userSpool, "anna0001.ps", "Report");
-    scene.world.offerJob(scene.world.userSpool, "anna0001.ps");
-    QVERIFY(scene.open());
+    QVERIFY(scene.openJob("Report"));
     auto* profiles = scene.widget<QComboBox>("plProfile");
     QCOMPARE(profiles->count(), 2);
     QCOMPARE(profiles->currentText(), QStringLiteral("High Quality"));
