@@ -12,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
+#include <QWindow>
 
 #include <algorithm>
 #include <vector>
@@ -61,6 +62,7 @@ private slots:
     void controls_stand_where_the_model_puts_them();
     void policy_hidden_buttons_and_rows_leave_no_gap();
     void choosing_a_profile_reaches_the_model();
+    void the_dialog_comes_to_the_front_without_staying_on_top();
 };
 
 void JobDialogViewTest::escape_asks_and_deletes_the_job_and_the_queue_but_the_dialog_stays() {
@@ -271,6 +273,20 @@ void JobDialogViewTest::choosing_a_profile_reaches_the_model() {
     QCOMPARE(profiles->currentText(), QStringLiteral("Fax"));
     QCOMPARE(scene.control("plProfile").text, std::string("Fax"));
     QCOMPARE(scene.control("plProfile").value, fax);
+}
+
+void JobDialogViewTest::the_dialog_comes_to_the_front_without_staying_on_top() {
+    DialogScene scene;
+    QVERIFY(scene.openJob("Report"));
+    QWindow* native = scene.window()->windowHandle();
+    QVERIFY(native->isActive());
+    QVERIFY(!(native->flags() & Qt::WindowStaysOnTopHint));
+
+    // Brought forward again later, it is released again too.
+    scene.world.view.bringToFront(scene.dialog->form());
+    QVERIFY(scene.window()->isActiveWindow());
+    QVERIFY(!(native->flags() & Qt::WindowStaysOnTopHint));
+    QVERIFY(!(scene.window()->windowFlags() & Qt::WindowStaysOnTopHint));
 }
 
 QTEST_MAIN(JobDialogViewTest)
