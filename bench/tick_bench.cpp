@@ -84,7 +84,8 @@ Figures measure(const std::string& base, bool withChanges) {
     platform::Registry registry(os->registry());
     QuietView view;
     forms::AppState state;
-    assistant::ErrorReport report(*os, registry, view, state);
+    assistant::ErrorReport report(*os, registry, view, state,
+                                  [&](int exitCode) { os->processes().exitCurrent(exitCode); });
     Services services{*os, registry, report, view};
     texts::Texts texts;
     naming::NamingState naming;

@@ -63,8 +63,8 @@ std::string systemLine(std::string_view label, std::string_view value) {
 } // namespace
 
 ErrorReport::ErrorReport(platform::Platform& os, platform::Registry& registry, MessageBoxes& messages,
-                         forms::AppState& state)
-    : os_(os), registry_(registry), messages_(messages), state_(state) {}
+                         forms::AppState& state, EndProcess endProcess)
+    : os_(os), registry_(registry), messages_(messages), state_(state), endProcess_(std::move(endProcess)) {}
 
 std::string ErrorReport::read(std::string_view key, std::string_view name) const {
     try {
@@ -111,11 +111,9 @@ bool ErrorReport::installationIsRecent() const {
 }
 
 std::string ErrorReport::mailOfferText(int number, std::string_view description, std::string_view tag,
-                                       std::string_view dataText, bool withMail) const {
+                                       std::string_view dataText) const {
     return joinBlocks({"Fatal exeption.", errorLine(number, description), "Error in Module " + std::string(tag),
-                       dataBlock(dataText),
-                       withMail ? "Do you want to send an error report to the author by e-mail?"
-                                : "Please pass this report on to your administrator."});
+                       dataBlock(dataText), "Do you want to send an error report to the author by e-mail?"});
 }
 
 std::string ErrorReport::updateRequestText(int number, std::string_view description, std::string_view tag,
@@ -155,13 +153,9 @@ void ErrorReport::show(int number, std::string_view description, std::string_vie
         if (disabled())
             return; // switched off: the failing procedure's handler carries on
         if (installationIsRecent()) {
-            const std::string address = read(MachineKey, SupportMailValue);
-            const bool withMail = !address.empty();
-            const std::string prompt = mailOfferText(number, description, tag, dataText, withMail);
-            const int answer =
-                messages_.msgBox(prompt, withMail ? mb::YesNo | mb::Exclamation : mb::OkOnly | mb::Exclamation);
-            if (withMail && answer == mb::Yes)
-                SendMailTo(os_.shell(), address, mailSubject(number, description), "", "",
+            const std::string prompt = mailOfferText(number, description, tag, dataText);
+            if (messages_.msgBox(prompt, mb::YesNo | mb::Exclamation) == mb::Yes)
+                SendMailTo(os_.shell(), read(MachineKey, SupportMailValue), mailSubject(number, description), "", "",
                            mailBody(number, description, tag, dataText));
         } else {
             messages_.msgBox(updateRequestText(number, description, tag, dataText), mb::OkOnly | mb::Exclamation);
@@ -171,6 +165,7 @@ void ErrorReport::show(int number, std::string_view description, std::string_vie
     }
     state_.quitRequested = true;
     state_.exitCode = 1;
+    endProcess_(1);
 }
 
 } // namespace pl::assistant

@@ -10,13 +10,14 @@
 #include "platform/platform.h"
 #include "platform/registry.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 
 namespace pl::assistant {
 
-// Machine-key value holding the vendor's support mail address. Empty (the default) means no report
-// mail is offered: the user is told to pass the report on to the administrator instead.
+// Machine-key value holding the vendor's support mail address. Empty (the default) still offers the
+// report mail: it opens without a recipient, for the user to send to whoever supports them.
 inline constexpr std::string_view SupportMailValue = "SupportMail";
 // Machine-key values shown as "v<Version> / <Build>" in the report mail.
 inline constexpr std::string_view VersionValue = "Version";
@@ -27,14 +28,19 @@ inline constexpr int ReportMailDays = 40;
 
 class ErrorReport : public ErrorSink {
 public:
-    ErrorReport(platform::Platform& os, platform::Registry& registry, MessageBoxes& messages, forms::AppState& state);
+    // Ends the process with an exit code and does not come back. The program passes the platform's
+    // Processes::exitCurrent; a test may pass something that records the end and returns.
+    using EndProcess = std::function<void(int exitCode)>;
+
+    ErrorReport(platform::Platform& os, platform::Registry& registry, MessageBoxes& messages, forms::AppState& state,
+                EndProcess endProcess);
 
     // ErrorSink: the data text is `step`, followed by `data` on the next lines when there is any.
     void report(std::string_view tag, std::string_view step, const RuntimeError& error,
                 std::string_view data = {}) override;
 
-    // The report itself. Ends the assistant (state.quitRequested, exit code 1) unless the report is
-    // switched off.
+    // The report itself. Ends the assistant with exit code 1 through EndProcess, so the failing
+    // procedure never goes on, unless the report is switched off.
     void show(int number, std::string_view description, std::string_view tag, std::string_view dataText);
 
     // Whether "DisableErr" switches the report off: the machine value, or the user value when the
@@ -44,8 +50,8 @@ public:
     bool installationIsRecent() const;
 
     // The texts the report shows and mails.
-    std::string mailOfferText(int number, std::string_view description, std::string_view tag, std::string_view dataText,
-                              bool withMail) const;
+    std::string mailOfferText(int number, std::string_view description, std::string_view tag,
+                              std::string_view dataText) const;
     std::string updateRequestText(int number, std::string_view description, std::string_view tag,
                                   std::string_view dataText) const;
     std::string mailSubject(int number, std::string_view description) const;
@@ -60,6 +66,7 @@ private:
     platform::Registry& registry_;
     MessageBoxes& messages_;
     forms::AppState& state_;
+    EndProcess endProcess_;
 };
 
 } // namespace pl::assistant

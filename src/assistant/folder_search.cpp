@@ -20,7 +20,9 @@ namespace pl::assistant {
 // One thing escapes this: a symbolic link counts by what it points to, and a change of its target
 // elsewhere is no change of this folder. Spool folders hold the printer's files, not links.
 //
-// When no stamp can be had, nothing is remembered and the folder is read every time.
+// When no stamp can be had, nothing is remembered and the folder is read every time; nor is the
+// answer of a read that failed (the folder could not be opened or a read broke off), which says
+// nothing about what the folder holds.
 
 std::pair<std::string, std::string> splitSearchPath(std::string_view searchPath) {
     const auto cut = searchPath.rfind(platform::PathSep);
@@ -32,10 +34,12 @@ std::pair<std::string, std::string> splitSearchPath(std::string_view searchPath)
 FolderSearch::FolderSearch(const platform::FileSystem& files, platform::FolderChanges* changes)
     : files_(files), changes_(changes) {}
 
-std::string FolderSearch::freshFirstMatch(const std::string& folder, const std::string& pattern) {
+std::string FolderSearch::freshFirstMatch(const std::string& folder, const std::string& pattern, bool* complete) {
     ++scans_;
-    auto hit = files_.findFirst(folder, pattern);
-    return hit ? hit->name : std::string();
+    auto hit = files_.searchFirst(folder, pattern);
+    if (complete)
+        *complete = hit.complete;
+    return hit.entry ? hit.entry->name : std::string();
 }
 
 std::string FolderSearch::firstMatch(const std::string& folder, const std::string& pattern) {
@@ -59,8 +63,9 @@ std::string FolderSearch::firstMatch(const std::string& folder, const std::strin
     }
 
     const auto stamp = changes_->stamp(folder); // before the read, never after
-    std::string name = freshFirstMatch(folder, pattern);
-    if (stamp) {
+    bool complete = false;
+    std::string name = freshFirstMatch(folder, pattern, &complete);
+    if (stamp && complete) {
         if (it != remembered_.end())
             it->second = Remembered{*stamp, name};
         else

@@ -24,7 +24,7 @@ public:
     // finds it), or the empty text: always what a search made now would answer.
     std::string firstMatch(const std::string& folder, const std::string& pattern);
     // The same search, always reading the folder.
-    std::string freshFirstMatch(const std::string& folder, const std::string& pattern);
+    std::string freshFirstMatch(const std::string& folder, const std::string& pattern, bool* complete = nullptr);
 
     // How many times a folder has been read.
     std::uint64_t scans() const { return scans_; }

@@ -31,7 +31,8 @@ std::string cleanProposedName(std::string name) {
     if (name == "()")
         name.clear();
     name = ValidFileName(name);
-    if (name.empty())
+    // A name of blanks only is no name either: it would give a file called " .pdf".
+    if (RemoveSpaces(name).empty())
         name = "Paperlark PDF";
     return name;
 }

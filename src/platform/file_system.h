@@ -28,6 +28,15 @@ public:
     // so a search of an empty folder finds nothing (ask exists() or isFolder() about the folder).
     virtual std::optional<DirEntry> findFirst(std::string_view folder, std::string_view pattern,
                                               bool includeFolders = false) const = 0;
+    // findFirst that also says whether the folder was read through to its answer. An incomplete
+    // read (the folder could not be opened, or reading it failed part-way) answers "no match"
+    // that nobody should remember: the next search may well find something.
+    struct FirstMatch {
+        std::optional<DirEntry> entry;
+        bool complete = true;
+    };
+    virtual FirstMatch searchFirst(std::string_view folder, std::string_view pattern,
+                                   bool includeFolders = false) const = 0;
     // Every match, in directory order.
     virtual std::vector<DirEntry> findAll(std::string_view folder, std::string_view pattern,
                                           bool includeFolders = false) const = 0;

@@ -31,6 +31,8 @@ public:
     // child of ours is reaped so that it leaves nothing behind.
     virtual bool isRunning(ProcessId id) = 0;
     virtual ProcessId currentId() const = 0;
+    // Ends this process at once with `exitCode`: nothing after the call runs, nothing is saved.
+    [[noreturn]] virtual void exitCurrent(int exitCode) = 0;
 };
 
 // The shell's "open" (ShellExecute): a document or URL goes to its associated program; a program

@@ -1,5 +1,6 @@
 #include "texts/language_file.h"
 
+#include "base/errors.h"
 #include "base/text.h"
 
 namespace pl::texts {
@@ -128,10 +129,14 @@ std::optional<std::string> findText(std::string_view section, int number) {
         return std::nullopt;
     const std::string_view rest = section.substr(at + key.size());
 
-    const std::string_view afterBlanks = rest.substr(std::min(rest.find_first_not_of(' '), rest.size()));
-    if (afterBlanks.starts_with("BOT")) {
-        std::string_view body = skipAfterBot(afterBlanks.substr(3));
-        body = body.substr(0, body.find("EOT"));
+    // Only a "BOT" right behind the colon opens a text of several lines; "text_3: BOTH ways" is an
+    // ordinary text that happens to begin with those letters.
+    if (rest.starts_with("BOT")) {
+        std::string_view body = skipAfterBot(rest.substr(3));
+        const std::size_t end = body.find("EOT");
+        if (end == std::string_view::npos) // a text without its end: the file is defect, not the rest of it a text
+            raise(err::InvalidProcedureCall, "Language file: text_" + text::number(number) + " has BOT but no EOT");
+        body = body.substr(0, end);
         // The "EOT" stands on a line of its own: the line end before it belongs to no text line.
         body = text::trimBlanks(body);
         if (body.ends_with(LineEnd))

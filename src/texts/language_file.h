@@ -35,9 +35,10 @@ std::optional<std::string> assistantSection(std::string_view text);
 
 // Text `number` as `section` writes it after the key "text_<number>:" (key found without regard
 // to case, the text keeps its own), trimmed of blanks; nothing when the key is absent. A text
-// starting with "BOT" (blanks before it allowed) spans lines: it starts after "BOT" and one more
+// starting with "BOT" right behind the colon spans lines: it starts after "BOT" and one more
 // character (a whole line end when the line ends there) and runs up to the next "EOT", without the
-// line end just before it. Any other text ends at its line's end.
+// line end just before it; without an "EOT" the file is defect and a run-time error is raised. Any
+// other text ends at its line's end.
 std::optional<std::string> findText(std::string_view section, int number);
 
 } // namespace pl::texts

@@ -51,7 +51,8 @@ AssistantWorld::AssistantWorld(const std::string& userName) : registry(testRegis
     env.set("XDG_SESSION_ID", "test" + std::to_string(std::random_device{}()));
 
     os = platform::makeNativePlatform();
-    report = std::make_unique<assistant::ErrorReport>(*os, registry, view, state);
+    report = std::make_unique<assistant::ErrorReport>(*os, registry, view, state,
+                                                      [this](int exitCode) { endedWith = exitCode; });
     services = std::make_unique<Services>(Services{*os, registry, *report, view});
     context = std::make_unique<forms::Context>(forms::Context{*services, state, texts, naming, view});
 

@@ -5,6 +5,7 @@
 // session lock) into the temporary folder, so nothing of the real user is touched.
 
 #include "assistant/error_report.h"
+
 #include "assistant/resident_form.h"
 #include "forms/context.h"
 #include "platform/folder_changes.h"
@@ -14,6 +15,7 @@
 #include "support/scripted_view.h"
 #include "support/temp_dir.h"
 #include "support/test_registry.h"
+#include <optional>
 
 #include <atomic>
 #include <chrono>
@@ -63,6 +65,8 @@ public:
     ScriptedView view;
     forms::AppState state;
     std::unique_ptr<assistant::ErrorReport> report;
+    // The exit code the error report ended the assistant with; the test process itself goes on.
+    std::optional<int> endedWith;
     std::unique_ptr<Services> services;
     texts::Texts texts;
     naming::NamingState naming;

@@ -12,6 +12,9 @@
 #include <sstream>
 #include <thread>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 namespace pl::test {
 namespace {
 
@@ -138,13 +141,32 @@ TEST(error_report, a_missing_setup_program_counts_as_installed_today) {
     EXPECT_FALSE(fs::exists(r.opened())) << "No sends nothing";
 }
 
-TEST(error_report, without_a_support_address_no_mail_is_offered) {
+TEST(error_report, without_a_support_address_the_mail_opens_for_the_user_to_address) {
     Reporting r;
     r.world.report->report("x.y", "1", RuntimeError(err::Overflow));
     ASSERT_EQ(r.world.view.messages.size(), 1u);
-    EXPECT_EQ(r.world.view.messages[0].style, mb::OkOnly | mb::Exclamation);
-    EXPECT_TRUE(r.world.view.messages[0].prompt.ends_with("\r\n\r\nPlease pass this report on to your administrator."));
-    EXPECT_TRUE(r.world.state.quitRequested);
+    EXPECT_EQ(r.world.view.messages[0].style, mb::YesNo | mb::Exclamation);
+    EXPECT_TRUE(r.openedLink().starts_with("mailto:?Subject=The%20following%20Error%20rised%20with%20"));
+    EXPECT_EQ(r.world.endedWith, 1);
+}
+
+// The report never returns to the procedure that failed: the program's process really ends.
+TEST(error_report, ends_the_process_and_never_returns_to_the_failing_procedure) {
+    Reporting r;
+    r.world.setMachine("DisableErr", "");
+    r.world.view.msgBoxAnswers.push_back(mb::No);
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        assistant::ErrorReport report(*r.world.os, r.world.registry, r.world.view, r.world.state,
+                                      [&](int exitCode) { r.world.os->processes().exitCurrent(exitCode); });
+        report.report("plDialog1.TexteAnzeigen", "1", RuntimeError(err::Overflow));
+        ::_exit(42); // the failing procedure carried on
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 1);
 }
 
 TEST(error_report, disable_err_in_the_machine_key_wins_and_the_user_key_counts_when_that_is_empty) {

@@ -11,6 +11,9 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace pl::test {
 namespace {
@@ -42,6 +45,32 @@ struct Searching {
     assistant::FolderSearch search;
     std::string folder;
 };
+
+// A read that fails (here: no file descriptor left for opening the folder) must not be remembered
+// as "no job": once descriptors are free again, the waiting job is found at once.
+TEST(folder_search, forgets_a_read_that_failed) {
+    Searching s;
+    s.expectFresh("alice*.ps", "empty folder");
+    touch(s.folder + "alice1.ps");
+    const pid_t child = ::fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        rlimit saved{};
+        ::getrlimit(RLIMIT_NOFILE, &saved);
+        rlimit none = saved;
+        none.rlim_cur = static_cast<rlim_t>(::dup(0)); // the lowest free descriptor: nothing above it may be opened
+        ::close(static_cast<int>(none.rlim_cur));
+        ::setrlimit(RLIMIT_NOFILE, &none);
+        const bool failedRead = s.search.firstMatch(s.folder, "alice*.ps").empty();
+        ::setrlimit(RLIMIT_NOFILE, &saved);
+        const bool foundAfterwards = s.search.firstMatch(s.folder, "alice*.ps") == "alice1.ps";
+        ::_exit(failedRead && foundAfterwards ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), 0) << "the failed read was taken for an empty folder";
+}
 
 TEST(folder_search, answers_like_a_fresh_search_after_every_kind_of_change) {
     Searching s;

@@ -44,7 +44,7 @@ struct UserAssistant {
     UserAssistant(const std::string& user, const std::string& machine, const std::string& base,
                   std::atomic<int>& takenCount)
         : name(user), os(platform::makeNativePlatform()), registry(os->registry()),
-          report(*os, registry, view, state), services{*os, registry, report, view}, context{services, state, texts,
+          report(*os, registry, view, state, [](int) {}), services{*os, registry, report, view}, context{services, state, texts,
                                                                                              naming, view},
           changes(platform::makeFolderChanges()), host(state, os->files(), base + "taken/" + user + "/", &takenCount),
           form(context, host, changes.get(), [user] { return user; }) {

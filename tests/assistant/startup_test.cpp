@@ -33,7 +33,7 @@ TEST(startup, second_instance_in_the_same_session_ends_silently_and_the_first_ke
     ASSERT_TRUE(first.form.timerEnabled());
 
     forms::AppState secondState;
-    assistant::ErrorReport secondReport(*world.os, world.registry, world.view, secondState);
+    assistant::ErrorReport secondReport(*world.os, world.registry, world.view, secondState, [](int) {});
     Services secondServices{*world.os, world.registry, secondReport, world.view};
     texts::Texts secondTexts;
     forms::Context secondContext{secondServices, secondState, secondTexts, world.naming, world.view};

@@ -27,6 +27,7 @@ TEST_F(load_sequence, proposes_the_cleaned_title_of_real_world_applications) {
         {"()", "Paperlark PDF"},      // nothing inside them
         {"100% sure!", "100 sure"},   // what a file name may not hold goes at load time
         {"!!!", "Paperlark PDF"},     // nothing left
+        {"(   )", "Paperlark PDF"},   // only blanks left
         {"Angebot \"final\"", "Angebot final"},
     };
     for (const auto& c : cases) {

@@ -1,3 +1,4 @@
+#include "texts/language_file.h"
 #include "texts/texts.h"
 
 #include "support/recording_errors.h"
@@ -57,7 +58,7 @@ TEST_F(language_file, blank_text_keeps_the_builtin_one) {
 
 TEST_F(language_file, text_between_bot_and_eot_keeps_its_line_break) {
     ASSERT_TRUE(load("[plAssist.exe]\r\n"
-                     "text_21: BOT\r\n"
+                     "text_21:BOT\r\n"
                      "Le chemin contient des lettres Unicode.\r\n"
                      "Veuillez en choisir un autre.\r\n"
                      "EOT\r\n"
@@ -67,6 +68,19 @@ TEST_F(language_file, text_between_bot_and_eot_keeps_its_line_break) {
     EXPECT_EQ(texts.text(21), "Le chemin contient des lettres Unicode.\r\nVeuillez en choisir un autre.");
     EXPECT_EQ(texts.text(22), "Chemin\r\n  invalide");
     EXPECT_EQ(texts.text(11), "Supprimer ?");
+}
+
+TEST_F(language_file, only_bot_right_behind_the_colon_opens_a_text_of_several_lines) {
+    ASSERT_TRUE(load("[plAssist.exe]\r\ntext_3: BOTH ways\r\ntext_4: Profil\r\ntext_21:BOT\r\nZeile 1\r\nEOT\r\n"));
+    EXPECT_EQ(texts.text(3), "BOTH ways");
+    EXPECT_EQ(texts.text(4), "Profil");
+    EXPECT_EQ(texts.text(21), "Zeile 1");
+}
+
+TEST(language_file_text, bot_without_eot_is_an_error_rather_than_the_rest_of_the_section) {
+    const std::string section = "[plAssist.exe]\r\ntext_21:BOT\r\nZeile 1\r\ntext_22: Chemin\r\n";
+    EXPECT_THROW(texts::findText(section, 21), RuntimeError);
+    EXPECT_EQ(texts::findText(section, 22), "Chemin");
 }
 
 TEST_F(language_file, only_the_assistant_section_counts) {

@@ -51,15 +51,22 @@ public:
     Directory& operator=(const Directory&) = delete;
 
     bool isOpen() const { return dir_ != nullptr; }
+    // Whether reading stopped because of an error rather than at the end of the folder.
+    bool failed() const { return failed_; }
     // The next name other than "." and "..", or nothing at the end.
     const char* next() {
-        while (const dirent* entry = ::readdir(dir_)) {
+        for (;;) {
+            errno = 0; // readdir tells an error from the end only through errno
+            const dirent* entry = ::readdir(dir_);
+            if (!entry) {
+                failed_ = errno != 0;
+                return nullptr;
+            }
             last_ = entry;
             const std::string_view name = entry->d_name;
             if (name != "." && name != "..")
                 return entry->d_name;
         }
-        return nullptr;
     }
     // Whether the entry last returned by next() is a folder (a link to a folder counts, as a
     // junction does on Windows).
@@ -75,6 +82,7 @@ public:
 private:
     DIR* dir_;
     const dirent* last_ = nullptr;
+    bool failed_ = false;
 };
 
 // The first name in `folder` that equals `name` but for letter case.
@@ -110,22 +118,28 @@ std::string resolveParent(std::string_view path) {
     return resolvePathCase(path.substr(0, slash)) + std::string(path.substr(slash));
 }
 
-std::vector<DirEntry> search(std::string_view folder, std::string_view pattern, bool includeFolders, bool firstOnly) {
+struct SearchResult {
     std::vector<DirEntry> found;
+    bool complete = false; // the folder was opened and read without an error up to the answer
+};
+
+SearchResult search(std::string_view folder, std::string_view pattern, bool includeFolders, bool firstOnly) {
+    SearchResult result;
     Directory dir(folder.empty() ? std::string() : resolvePathCase(folder));
     if (!dir.isOpen())
-        return found;
+        return result;
     while (const char* name = dir.next()) {
         if (!wildcardMatch(pattern, name))
             continue;
         const bool isFolder = dir.lastIsFolder();
         if (isFolder && !includeFolders)
             continue;
-        found.push_back({name, isFolder});
+        result.found.push_back({name, isFolder});
         if (firstOnly)
             break;
     }
-    return found;
+    result.complete = !dir.failed();
+    return result;
 }
 
 bool writeAll(int fd, const char* data, std::size_t size) {
@@ -232,15 +246,22 @@ std::string resolvePathCase(std::string_view path) {
 
 std::optional<DirEntry> PosixFileSystem::findFirst(std::string_view folder, std::string_view pattern,
                                                    bool includeFolders) const {
-    auto found = search(folder, pattern, includeFolders, true);
-    if (found.empty())
-        return std::nullopt;
-    return found.front();
+    return searchFirst(folder, pattern, includeFolders).entry;
+}
+
+FileSystem::FirstMatch PosixFileSystem::searchFirst(std::string_view folder, std::string_view pattern,
+                                                    bool includeFolders) const {
+    auto result = search(folder, pattern, includeFolders, true);
+    FirstMatch match;
+    match.complete = result.complete;
+    if (!result.found.empty())
+        match.entry = result.found.front();
+    return match;
 }
 
 std::vector<DirEntry> PosixFileSystem::findAll(std::string_view folder, std::string_view pattern,
                                                bool includeFolders) const {
-    return search(folder, pattern, includeFolders, false);
+    return search(folder, pattern, includeFolders, false).found;
 }
 
 std::string PosixFileSystem::resolveCase(std::string_view path) const {

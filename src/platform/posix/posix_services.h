@@ -29,6 +29,7 @@ class PosixFileSystem : public FileSystem {
 public:
     std::optional<DirEntry> findFirst(std::string_view folder, std::string_view pattern,
                                       bool includeFolders = false) const override;
+    FirstMatch searchFirst(std::string_view folder, std::string_view pattern, bool includeFolders) const override;
     std::vector<DirEntry> findAll(std::string_view folder, std::string_view pattern,
                                   bool includeFolders = false) const override;
     std::string resolveCase(std::string_view path) const override;
@@ -52,6 +53,7 @@ public:
                                    std::string_view folder = {}) override;
     bool isRunning(ProcessId id) override;
     ProcessId currentId() const override;
+    [[noreturn]] void exitCurrent(int exitCode) override;
 
     // Starts `argv[0]` (looked up on PATH when it holds no "/") with exactly these words, in
     // `folder` when it is not empty. A missing "Name.exe" is looked for as "name".

@@ -1,6 +1,8 @@
 #include "base/text.h"
 #include "platform/command_line.h"
 #include "platform/posix/posix_services.h"
+#include <cstdio>
+#include <cstdlib>
 
 #include <cerrno>
 #include <csignal>
@@ -156,6 +158,14 @@ bool PosixProcesses::isRunning(ProcessId id) {
 
 ProcessId PosixProcesses::currentId() const {
     return ::getpid();
+}
+
+void PosixProcesses::exitCurrent(int exitCode) {
+    // No destructors and no exit handlers: the program may be deep inside a toolkit's event
+    // handler, where tearing down static objects is not safe. Every file the program writes is
+    // complete after each call (log lines, registry hives), so only stdio needs a flush.
+    std::fflush(nullptr);
+    std::_Exit(exitCode);
 }
 
 } // namespace pl::platform::posix
