@@ -86,7 +86,9 @@ int main(int argc, char** argv) {
     pl::forms::AppState state;
     state.CommandLine = commandLine;
     pl::qtui::QtView view(QStringLiteral("plAssist"));
-    pl::assistant::ErrorReport report(*os, registry, view, state);
+    // After a fatal error the report ends the process at once: the failing procedure must not go on.
+    pl::assistant::ErrorReport report(*os, registry, view, state,
+                                      [&os](int exitCode) { os->processes().exitCurrent(exitCode); });
     pl::Services services{*os, registry, report, view};
     pl::texts::Texts texts;
     pl::naming::NamingState naming;
@@ -113,7 +115,7 @@ int main(int argc, char** argv) {
 
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, [&] {
-        // The end may have been asked for since the last tick (the error report, say).
+        // The end may have been asked for since the last tick.
         if (!state.quitRequested && resident.timerEnabled())
             resident.Timer1_Timer();
         if (state.quitRequested)
