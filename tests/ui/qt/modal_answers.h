@@ -1,0 +1,45 @@
+#pragma once
+// Answers the modal boxes that the code under test opens and waits on (message boxes, the save
+// dialog), as a person would: by looking at what the box shows and clicking in it. Arm an answer
+// before the action that opens the box; it is given from inside the box's own event loop.
+
+#include <QMessageBox>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+class QWidget;
+
+namespace pl::test {
+
+// What a message box showed.
+struct SeenMessageBox {
+    bool shown = false;
+    QString title;
+    QString text;
+    QMessageBox::Icon icon = QMessageBox::NoIcon;
+    QMessageBox::StandardButtons buttons;
+    QMessageBox::StandardButton defaultButton = QMessageBox::NoButton;
+};
+
+class ModalAnswer {
+public:
+    // Runs `answer` on the next modal widget that shows up within `timeoutMs`.
+    explicit ModalAnswer(std::function<void(QWidget*)> answer, int timeoutMs = 10000);
+    ~ModalAnswer();
+    bool answered() const;
+
+private:
+    struct State;
+    std::shared_ptr<State> state_;
+};
+
+// Clicks `button` in the next message box and keeps what it showed in `seen`.
+std::unique_ptr<ModalAnswer> answerMessageBox(QMessageBox::StandardButton button,
+                                              std::shared_ptr<SeenMessageBox> seen = nullptr);
+// Presses Escape in the next message box.
+std::unique_ptr<ModalAnswer> escapeMessageBox(std::shared_ptr<SeenMessageBox> seen = nullptr);
+
+} // namespace pl::test
