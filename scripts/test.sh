@@ -29,9 +29,12 @@ cmake --build build-mingw -j "$jobs"
 echo "== fuzz targets (${fuzz_seconds}s each)"
 CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPAPERLARK_FUZZ=ON \
     -DPAPERLARK_TESTS=OFF -DPAPERLARK_BENCH=OFF >/dev/null
-cmake --build build-fuzz -j "$jobs"
-for target in build-fuzz/fuzz/fuzz_*; do
-    [ -x "$target" ] || continue
+# Only the fuzz targets: the programs and the front-end have nothing to add in this build.
+fuzzers=$(sed -n 's/^add_paperlark_fuzzer(\([a-z_]*\).*/\1/p' fuzz/CMakeLists.txt)
+# shellcheck disable=SC2086
+cmake --build build-fuzz -j "$jobs" --target $fuzzers
+for name in $fuzzers; do
+    target="build-fuzz/fuzz/$name"
     echo "-- $(basename "$target")"
     corpus="build-fuzz/corpus/$(basename "$target")"
     mkdir -p "$corpus"
