@@ -113,27 +113,11 @@ std::u32string toLower(std::u32string_view s) {
     return out;
 }
 
-std::string toLower(std::string_view utf8) {
-    std::string out;
-    out.reserve(utf8.size());
-    for (std::size_t i = 0; i < utf8.size();) {
-        char32_t cp = 0;
-        const std::size_t len = sequenceLength(utf8, i, cp);
-        if (len == 0) {
-            out.push_back(utf8[i]); // a stray byte keeps its spelling
-            ++i;
-        } else if (cp < 0x80) {
-            out.push_back(static_cast<char>(toLower(cp)));
-            ++i;
-        } else {
-            out += encode(toLower(cp));
-            i += len;
-        }
-    }
-    return out;
-}
+namespace {
 
-std::string toUpper(std::string_view utf8) {
+// Maps every decodable character through `map`; a stray byte keeps its spelling, so that folding
+// never changes the bytes of anything that is not a letter.
+template <class Map> std::string mapCase(std::string_view utf8, Map map) {
     std::string out;
     out.reserve(utf8.size());
     for (std::size_t i = 0; i < utf8.size();) {
@@ -143,15 +127,21 @@ std::string toUpper(std::string_view utf8) {
             out.push_back(utf8[i]);
             ++i;
         } else if (cp < 0x80) {
-            out.push_back(static_cast<char>(toUpper(cp)));
+            out.push_back(static_cast<char>(map(cp)));
             ++i;
         } else {
-            out += encode(toUpper(cp));
+            out += encode(map(cp));
             i += len;
         }
     }
     return out;
 }
+
+} // namespace
+
+std::string toLower(std::string_view utf8) { return mapCase(utf8, [](char32_t c) { return toLower(c); }); }
+
+std::string toUpper(std::string_view utf8) { return mapCase(utf8, [](char32_t c) { return toUpper(c); }); }
 
 bool iequals(std::string_view a, std::string_view b) { return toLower(a) == toLower(b); }
 

@@ -27,15 +27,17 @@ QtSortView::QtSortView(dialog::SortForm& form, int twipsPerPixel)
     setMinimumSize(toPixels(dialog::sort_layout::MinimumWidth - SortFrame.width, twipsPerPixel),
                    toPixels(dialog::sort_layout::MinimumHeight - SortFrame.height, twipsPerPixel));
 
-    const std::pair<const char*, void (dialog::SortForm::*)()> buttons[] = {
-        {"cmdUp", &dialog::SortForm::cmdUp_Click},     {"cmdDown", &dialog::SortForm::cmdDown_Click},
-        {"cmdOK", &dialog::SortForm::cmdOK_Click},     {"cmdCancel", &dialog::SortForm::cmdCancel_Click},
-        {"cmdHelp", &dialog::SortForm::cmdHelp_Click},
-    };
-    for (const auto& [name, procedure] : buttons)
+    // Plain calls rather than a table of member-function pointers: the undefined-behaviour
+    // sanitizer of our compiler checks such calls against the wrong object.
+    const auto onClick = [this](const char* name, auto procedure) {
         if (auto* button = qobject_cast<QPushButton*>(controlWidget(name)))
-            connect(button, &QPushButton::clicked, this,
-                    [this, procedure = procedure] { forward([&] { (sort_.*procedure)(); }); });
+            connect(button, &QPushButton::clicked, this, [this, procedure] { forward(procedure); });
+    };
+    onClick("cmdUp", [this] { sort_.cmdUp_Click(); });
+    onClick("cmdDown", [this] { sort_.cmdDown_Click(); });
+    onClick("cmdOK", [this] { sort_.cmdOK_Click(); });
+    onClick("cmdCancel", [this] { sort_.cmdCancel_Click(); });
+    onClick("cmdHelp", [this] { sort_.cmdHelp_Click(); });
 
     if (auto* list = qobject_cast<QListWidget*>(controlWidget("lstDocuments")))
         connect(list, &QListWidget::currentRowChanged, this, [this](int row) {
