@@ -10,6 +10,7 @@ packages=(
     g++-mingw-w64-x86-64-posix            # checks that the portable core builds for Windows
     ghostscript poppler-utils             # the converter's engine and the tests' PDF checks
     qt6-base-dev qt6-base-dev-tools       # the Linux desktop front-end
+    fonts-dejavu-core                     # a font for the dialogs, also on machines without a desktop
     xdg-utils xvfb
 )
 
