@@ -89,8 +89,10 @@ bool ghostscriptOnPath(Services& services) {
 std::string logFilePath(Services& services) {
     try {
         // A user with a profile folder has a desktop; the log lies there where the user sees it.
+        // (Searching the folder for "*.*" with folders finds its "." entry on Windows whenever the
+        // folder exists; asking for the folder says the same on every system.)
         const std::string profile = services.os.environment().get("userprofile");
-        if (!profile.empty() && services.os.files().findFirst(profile, "*.*", true))
+        if (!profile.empty() && services.os.files().isFolder(profile))
             return desktopFromRegistry(services) + platform::PathSep + "plAssist.log";
     } catch (...) {
         // A log path that cannot be worked out is no reason to disturb anybody.

@@ -2,6 +2,9 @@
 // platform in a sandbox of its own (registry store, spool folders, home, desktop), converting a job
 // with the real converter and Ghostscript, and ending when it is told to.
 
+#include "assistant/resident_form.h"
+#include "platform/platform.h"
+#include "support/scoped_env.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -98,6 +101,21 @@ public:
     void setMachine(const std::string& line) { machineLines += line + "\n"; }
     void setUser(const std::string& line) { userLines += line + "\n"; }
 
+    // Whether an assistant of this session holds the one-instance lock, asked the way a second
+    // assistant asks; waits up to `timeout` for it (a busy machine may take a while to start one).
+    bool waitUntilLocked(std::chrono::milliseconds timeout) const {
+        ScopedEnv env;
+        env.set("XDG_RUNTIME_DIR", root.folder() + "run");
+        env.set("XDG_SESSION_ID", "plassist-test");
+        auto os = platform::makeNativePlatform();
+        const auto deadline = std::chrono::steady_clock::now() + timeout;
+        while (std::chrono::steady_clock::now() < deadline) {
+            if (!os->makeInstanceLock()->acquire(assistant::InstanceLockName))
+                return true;
+            std::this_thread::sleep_for(50ms);
+        }
+        return false;
+    }
     std::vector<std::string> environment() const {
         return {"PATH=/usr/bin:/bin",
                 "HOME=" + root.folder() + "home",
@@ -209,7 +227,7 @@ TEST(plassist, a_second_assistant_in_the_same_session_leaves_at_once) {
     Session s;
     Process first = s.start();
     ASSERT_TRUE(first.started());
-    std::this_thread::sleep_for(1500ms); // the first one holds the session's lock by now
+    ASSERT_TRUE(s.waitUntilLocked(60s)) << "the first assistant never took the session's lock";
     Process second = s.start({}, "second.out");
     EXPECT_EQ(second.waitForExit(15s), 0);
     EXPECT_FALSE(first.waitForExit(0ms).has_value());

@@ -38,6 +38,13 @@ TEST_F(runtime_helpers, log_lines_go_to_the_desktop_of_a_user_with_a_profile) {
     EXPECT_EQ(home.read("Schreibtisch/plAssist.log"), "Starte plAssist.exe\r\nDatei gefunden: Anna.ps\r\n");
 }
 
+TEST_F(runtime_helpers, an_empty_profile_folder_still_puts_the_log_on_the_desktop) {
+    std::filesystem::create_directories(home.path() / "fresh-profile");
+    env.set("userprofile", home.folder() + "fresh-profile");
+    real.set(ShellFolders, "Desktop", home.folder() + "Desktop");
+    EXPECT_EQ(assistant::logFilePath(services), home.folder() + "Desktop/plAssist.log");
+}
+
 TEST_F(runtime_helpers, without_a_profile_folder_the_log_goes_to_the_fallback_file) {
     env.set("userprofile", home.folder() + "no-such-profile");
     EXPECT_EQ(assistant::logFilePath(services), "/tmp/plAssist.log");
