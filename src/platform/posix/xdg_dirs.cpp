@@ -18,7 +18,7 @@ std::string withoutTrailingSlash(std::string path) {
     return path;
 }
 
-// The base directory specification ignores relative values: they would mean something different
+// The XDG base-directory rules ignore relative values: they would mean something different
 // in every working folder.
 std::string absoluteOr(const std::string& value, const std::string& fallback) {
     return !value.empty() && value[0] == '/' ? withoutTrailingSlash(value) : fallback;
