@@ -59,6 +59,8 @@ void QtViewTest::message_boxes_show_the_classic_buttons_icons_and_defaults_and_a
     QTest::newRow("abort of three") << mb::AbortRetryIgnore << (B::Abort | B::Retry | B::Ignore) << int(B::NoIcon)
                                     << int(B::Abort) << int(B::Abort) << mb::Abort;
     // Escape answers Cancel where there is one, and closes a box that only informs.
+    QTest::newRow("escape in ok cancel") << (mb::OkCancel | mb::Question) << (B::Ok | B::Cancel) << int(B::Question)
+                                         << int(B::Ok) << int(B::NoButton) << mb::Cancel;
     QTest::newRow("escape in yes no cancel") << mb::YesNoCancel << (B::Yes | B::No | B::Cancel) << int(B::NoIcon)
                                              << int(B::Yes) << int(B::NoButton) << mb::Cancel;
     QTest::newRow("escape in ok") << mb::OkOnly << Buttons(B::Ok) << int(B::NoIcon) << int(B::Ok) << int(B::NoButton)
