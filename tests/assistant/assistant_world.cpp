@@ -8,10 +8,6 @@
 namespace pl::test {
 namespace fs = std::filesystem;
 
-TakingDialogHost::TakingDialogHost(forms::AppState& state, platform::FileSystem& files, std::string takenFolder,
-                                   std::atomic<int>* takenCount)
-    : state_(state), files_(files), takenFolder_(std::move(takenFolder)), takenCount_(takenCount) {}
-
 forms::Form& TakingDialogHost::loadJobDialog() {
     state_.DialogActive = true;
     const std::string job = state_.PsFolder + state_.PsFile;
@@ -19,28 +15,22 @@ forms::Form& TakingDialogHost::loadJobDialog() {
     if (files_.rename(job, takenFolder_ + state_.PsFile) && takenCount_)
         ++*takenCount_;
     dialog.loaded = stayOpen;
-    dialog.windowState = windowState;
     if (!stayOpen)
         state_.DialogActive = false;
     return dialog;
 }
 
-AssistantWorld::AssistantWorld(const std::string& userName) : registry(testRegistry.registry()) {
+Session::Session(platform::Registry* shared)
+    : os(platform::makeNativePlatform()), ownRegistry(os->registry()), registry(shared ? *shared : ownRegistry),
+      report(*os, registry, view, state, [this](int exitCode) { endedWith = exitCode; }),
+      services{*os, registry, report, view}, context{services, state, texts, naming, view} {}
+
+WorldFolders::WorldFolders(const std::string& userName) {
     const std::string base = root.folder();
-    for (const char* folder :
-         {"registry", "machine", "user", "ts", "temp", "local", "desktop", "profile", "runtime", "config", "taken"})
+    for (const char* folder : {"profile", "runtime", "config"})
         fs::create_directories(root.path() / folder);
     fs::permissions(root.path() / "runtime", fs::perms::owner_all, fs::perm_options::replace);
     root.write("profile/ntuser.dat", "");
-
-    machineFolder = base + "machine/";
-    userFolder = base + "user/";
-    tsFolder = base + "ts/";
-    tempFolder = base + "temp/";
-    localAppData = base + "local/";
-    desktopFolder = base + "desktop/";
-    takenFolder = base + "taken/";
-
     env.set("username", userName);
     env.set("temp", base + "temp");
     env.set("LOCALAPPDATA", base + "local");
@@ -49,30 +39,21 @@ AssistantWorld::AssistantWorld(const std::string& userName) : registry(testRegis
     env.set("userprofile", base + "profile");
     env.set("XDG_RUNTIME_DIR", base + "runtime");
     env.set("XDG_SESSION_ID", "test" + std::to_string(std::random_device{}()));
+}
 
-    os = platform::makeNativePlatform();
-    report = std::make_unique<assistant::ErrorReport>(*os, registry, view, state,
-                                                      [this](int exitCode) { endedWith = exitCode; });
-    services = std::make_unique<Services>(Services{*os, registry, *report, view});
-    context = std::make_unique<forms::Context>(forms::Context{*services, state, texts, naming, view});
+std::string WorldFolders::folder(const char* name) const {
+    fs::create_directories(root.path() / name);
+    return root.folder() + name + "/";
+}
 
-    registry.SetRegValue(ShellFoldersPath, "Desktop", base + "desktop");
-    registry.SetRegValue(ShellFoldersPath, "Local AppData", base + "local");
+AssistantWorld::AssistantWorld(const std::string& userName)
+    : WorldFolders(userName), Session(&testRegistry.registry()) {
+    const char* shellFolders = "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+    registry.SetRegValue(shellFolders, "Desktop", root.folder() + "desktop");
+    registry.SetRegValue(shellFolders, "Local AppData", root.folder() + "local");
     setMachine("psdir", machineFolder);
     setUser("psdir", userFolder);
     setMachine("language", "2");
-}
-
-void AssistantWorld::setMachine(const std::string& name, const std::string& value) {
-    registry.SetRegValue(MachineKeyPath, name, value);
-}
-
-void AssistantWorld::setUser(const std::string& name, const std::string& value) {
-    registry.SetRegValue(UserKeyPath, name, value);
-}
-
-std::string AssistantWorld::user(const std::string& name) const {
-    return registry.GetRegValue(UserKeyPath, name);
 }
 
 std::string AssistantWorld::fileAt(const std::string& path, std::chrono::system_clock::time_point when) const {
@@ -84,8 +65,7 @@ std::string AssistantWorld::fileAt(const std::string& path, std::chrono::system_
 std::vector<std::string> AssistantWorld::logLines() const {
     std::ifstream in(logFile(), std::ios::binary);
     std::vector<std::string> lines;
-    std::string line;
-    while (std::getline(in, line)) {
+    for (std::string line; std::getline(in, line);) {
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
         lines.push_back(line);

@@ -1,11 +1,10 @@
 #pragma once
-// A complete, real environment for one resident assistant: its own folders below a fresh temporary
-// folder, a registry store of its own, the native platform services, the error report, and a
+// A complete, real environment for resident assistants: their own folders below a fresh temporary
+// folder, a registry store of their own, the native platform services, the error report, and a
 // scripted view. Environment variables point everything (temp, Local AppData, the desktop, the
 // session lock) into the temporary folder, so nothing of the real user is touched.
 
 #include "assistant/error_report.h"
-
 #include "assistant/resident_form.h"
 #include "forms/context.h"
 #include "platform/folder_changes.h"
@@ -15,11 +14,11 @@
 #include "support/scripted_view.h"
 #include "support/temp_dir.h"
 #include "support/test_registry.h"
-#include <optional>
 
 #include <atomic>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -27,8 +26,6 @@ namespace pl::test {
 
 inline constexpr const char* MachineKeyPath = "HKLM\\Software\\tobrin\\PaperlarkXP";
 inline constexpr const char* UserKeyPath = "HKCU\\Software\\tobrin\\PaperlarkXP";
-inline constexpr const char* ShellFoldersPath =
-    "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
 
 // Plays the job dialog's part of the hand-over: loading it takes the job as the dialog's buttons
 // do (moves it out of the spool folders, here into `takenFolder`) and records where it was found.
@@ -37,12 +34,12 @@ inline constexpr const char* ShellFoldersPath =
 class TakingDialogHost : public forms::JobDialogHost {
 public:
     TakingDialogHost(forms::AppState& state, platform::FileSystem& files, std::string takenFolder,
-                     std::atomic<int>* takenCount = nullptr);
+                     std::atomic<int>* takenCount = nullptr)
+        : state_(state), files_(files), takenFolder_(std::move(takenFolder)), takenCount_(takenCount) {}
     forms::Form& loadJobDialog() override;
 
     std::vector<std::string> taken; // PsFolder + PsFile of every job taken, in order
     bool stayOpen = false;
-    int windowState = forms::Normal;
     forms::Form dialog{"plDialog1"};
 
 private:
@@ -52,32 +49,62 @@ private:
     std::atomic<int>* takenCount_;
 };
 
-class AssistantWorld {
+// What one user's session holds of its own: the platform services, a view, the form state, the
+// error report and the context the forms run in.
+struct Session {
+    // Without `shared`, the registry is the platform's own store, found through the environment.
+    explicit Session(platform::Registry* shared = nullptr);
+
+    std::unique_ptr<platform::Platform> os;
+    platform::Registry ownRegistry;
+    platform::Registry& registry;
+    ScriptedView view;
+    forms::AppState state;
+    // The exit code the error report ended the assistant with; the test process itself goes on.
+    std::optional<int> endedWith;
+    assistant::ErrorReport report;
+    Services services;
+    texts::Texts texts;
+    naming::NamingState naming;
+    forms::Context context;
+};
+
+// A session's resident form, its job dialog played by a TakingDialogHost.
+struct Resident {
+    Resident(Session& s, const std::string& takenFolder, platform::FolderChanges* changes = nullptr,
+             assistant::UserNameSource user = {}, std::atomic<int>* takenCount = nullptr)
+        : host(s.state, s.os->files(), takenFolder, takenCount), form(s.context, host, changes, std::move(user)) {}
+    void ticks(int n) {
+        for (int i = 0; i < n; ++i)
+            form.Timer1_Timer();
+    }
+    TakingDialogHost host;
+    assistant::ResidentForm form;
+};
+
+// The folders and environment of one user's world; built before the session that lives in it.
+struct WorldFolders {
+    explicit WorldFolders(const std::string& user);
+    TempDir root;
+    TestRegistry testRegistry; // the hives of this world, also for stores made from the environment
+    ScopedEnv env;
+    // A folder below the root, made when asked for, ending in the separator.
+    std::string folder(const char* name) const;
+    std::string machineFolder = folder("machine"), userFolder = folder("user"), tsFolder = folder("ts"),
+                tempFolder = folder("temp"), localAppData = folder("local"), desktopFolder = folder("desktop"),
+                takenFolder = folder("taken");
+};
+
+class AssistantWorld : public WorldFolders, public Session {
 public:
     // `user`: the value of the environment variable `username`.
     explicit AssistantWorld(const std::string& user = "alice");
 
-    TempDir root;
-    TestRegistry testRegistry; // the hives of this world, also for stores made from the environment
-    platform::Registry& registry;
-    ScopedEnv env;
-    std::unique_ptr<platform::Platform> os;
-    ScriptedView view;
-    forms::AppState state;
-    std::unique_ptr<assistant::ErrorReport> report;
-    // The exit code the error report ended the assistant with; the test process itself goes on.
-    std::optional<int> endedWith;
-    std::unique_ptr<Services> services;
-    texts::Texts texts;
-    naming::NamingState naming;
-    std::unique_ptr<forms::Context> context;
-
-    // Folders, each ending in the separator.
-    std::string machineFolder, userFolder, tsFolder, tempFolder, localAppData, desktopFolder, takenFolder;
-
-    void setMachine(const std::string& name, const std::string& value);
-    void setUser(const std::string& name, const std::string& value);
-    std::string user(const std::string& name) const;
+    void setMachine(const std::string& name, const std::string& value) {
+        registry.SetRegValue(MachineKeyPath, name, value);
+    }
+    void setUser(const std::string& name, const std::string& value) { registry.SetRegValue(UserKeyPath, name, value); }
+    std::string user(const std::string& name) const { return registry.GetRegValue(UserKeyPath, name); }
 
     // A file with the given modification time.
     std::string fileAt(const std::string& path, std::chrono::system_clock::time_point when) const;

@@ -24,72 +24,58 @@ struct runtime_helpers : ::testing::Test {
 
 } // namespace
 
-TEST_F(runtime_helpers, log_lines_go_to_the_desktop_of_a_user_with_a_profile) {
+TEST_F(runtime_helpers, log_lines_go_to_the_desktop_whenever_the_profile_folder_exists) {
     home.write("profile/ntuser.dat", "");
-    home.write("Schreibtisch/readme.txt", "");
-    env.set("userprofile", home.folder() + "profile");
+    std::filesystem::create_directories(home.path() / "fresh-profile");
     env.set("PLTEST_HOME", home.path().string());
     real.set(ShellFolders, "Desktop", "%PLTEST_HOME%/Schreibtisch");
+    struct Case {
+        std::optional<std::string> profile;
+        std::string log;
+    };
+    for (const Case& c :
+         {Case{home.folder() + "profile", home.folder() + "Schreibtisch/plAssist.log"},
+          Case{home.folder() + "fresh-profile", home.folder() + "Schreibtisch/plAssist.log"},
+          Case{home.folder() + "no-such-profile", "/tmp/plAssist.log"}, Case{std::nullopt, "/tmp/plAssist.log"}}) {
+        env.set("userprofile", c.profile);
+        env.set("HOME", "");
+        EXPECT_EQ(assistant::logFilePath(services), c.log) << c.profile.value_or("no profile");
+    }
 
-    EXPECT_EQ(assistant::logFilePath(services), home.folder() + "Schreibtisch/plAssist.log");
+    env.set("userprofile", home.folder() + "profile");
+    home.write("Schreibtisch/readme.txt", "");
     assistant::DebugWrite("Starte plAssist.exe", services);
     assistant::DebugWrite("Datei gefunden: Anna.ps", services);
-
     EXPECT_EQ(home.read("Schreibtisch/plAssist.log"), "Starte plAssist.exe\r\nDatei gefunden: Anna.ps\r\n");
-}
 
-TEST_F(runtime_helpers, an_empty_profile_folder_still_puts_the_log_on_the_desktop) {
-    std::filesystem::create_directories(home.path() / "fresh-profile");
-    env.set("userprofile", home.folder() + "fresh-profile");
-    real.set(ShellFolders, "Desktop", home.folder() + "Desktop");
-    EXPECT_EQ(assistant::logFilePath(services), home.folder() + "Desktop/plAssist.log");
-}
-
-TEST_F(runtime_helpers, without_a_profile_folder_the_log_goes_to_the_fallback_file) {
-    env.set("userprofile", home.folder() + "no-such-profile");
-    EXPECT_EQ(assistant::logFilePath(services), "/tmp/plAssist.log");
-
-    env.set("userprofile", std::nullopt);
-    env.set("HOME", "");
-    EXPECT_EQ(assistant::logFilePath(services), "/tmp/plAssist.log");
-}
-
-TEST_F(runtime_helpers, a_log_that_cannot_be_written_is_lost_quietly) {
-    env.set("userprofile", home.path().string());
+    // A log that cannot be written is lost quietly.
     real.set(ShellFolders, "Desktop", home.folder() + "missing/folder");
-
     assistant::DebugWrite("oeffne Dialog", services);
-
     EXPECT_FALSE(home.exists("missing"));
     EXPECT_TRUE(real.errors.entries.empty());
 }
 
 TEST_F(runtime_helpers, desktop_name_is_the_last_part_of_the_desktop_path) {
-    real.set(ShellFolders, "Desktop", "/home/anna/Schreibtisch");
-    EXPECT_EQ(assistant::LoadDesktop(services), "Schreibtisch");
-
-    real.set(ShellFolders, "Desktop", std::string("/home/anna/Bureau") + '\0');
-    EXPECT_EQ(assistant::LoadDesktop(services), "Bureau");
-
-    real.set(ShellFolders, "Desktop", "Arbeitsfläche");
-    EXPECT_EQ(assistant::LoadDesktop(services), "Desktop");
-
     env.set("PLTEST_DESK", "/srv/desks/Escritorio");
-    real.set(ShellFolders, "Desktop", "%PLTEST_DESK%");
-    EXPECT_EQ(assistant::LoadDesktop(services), "Escritorio");
-}
-
-TEST_F(runtime_helpers, without_a_registry_value_the_platform_names_the_desktop) {
+    // Without a registry value the platform names the desktop.
     home.write("config/user-dirs.dirs", "XDG_DESKTOP_DIR=\"$HOME/Skrivebord\"\n");
     env.set("HOME", home.path().string());
     env.set("XDG_CONFIG_HOME", home.folder() + "config");
-    real.set(ShellFolders, "Desktop", "");
-
-    EXPECT_EQ(assistant::LoadDesktop(services), "Skrivebord");
+    for (const auto& [value, name] : {std::pair<std::string, std::string>{"/home/anna/Schreibtisch", "Schreibtisch"},
+                                      {std::string("/home/anna/Bureau") + '\0', "Bureau"},
+                                      {"Arbeitsfläche", "Desktop"},
+                                      {"%PLTEST_DESK%", "Escritorio"},
+                                      {"", "Skrivebord"}}) {
+        real.set(ShellFolders, "Desktop", value);
+        EXPECT_EQ(assistant::LoadDesktop(services), name) << value;
+    }
 }
 
-TEST_F(runtime_helpers, renamed_job_is_hidden_from_the_watcher) {
+TEST_F(runtime_helpers, a_renamed_job_is_hidden_from_the_watcher_under_a_free_number) {
     env.set("username", "Anna");
+    // Half the numbers are taken: fifty draws all landing on taken ones will not happen.
+    for (int n = 1; n <= 500; ++n)
+        home.write("spool/~Anna" + std::to_string(n) + ".ps", "old " + std::to_string(n));
     const std::string job = home.write("spool/Anna-Brief.ps", "%!PS job");
 
     const std::string renamed = assistant::RandomNamePSFile(job, home.folder() + "spool/", texts, services);
@@ -99,26 +85,13 @@ TEST_F(runtime_helpers, renamed_job_is_hidden_from_the_watcher) {
     ASSERT_TRUE(renamed.starts_with(prefix) && renamed.ends_with(".ps")) << renamed;
     const std::string digits = renamed.substr(prefix.size(), renamed.size() - prefix.size() - 3);
     ASSERT_TRUE(!digits.empty() && digits.find_first_not_of("0123456789") == std::string::npos) << renamed;
-    EXPECT_GE(std::stoi(digits), 1);
+    EXPECT_GE(std::stoi(digits), 501);
     EXPECT_LE(std::stoi(digits), 999);
     EXPECT_FALSE(std::filesystem::exists(job));
     EXPECT_EQ(home.read(renamed.substr(home.folder().size())), "%!PS job");
-    EXPECT_TRUE(real.view.messages.empty());
-}
-
-TEST_F(runtime_helpers, taken_names_are_skipped_and_never_overwritten) {
-    env.set("username", "Anna");
-    // Half the numbers are taken: fifty draws all landing on taken ones will not happen.
-    for (int n = 1; n <= 500; ++n)
-        home.write("spool/~Anna" + std::to_string(n) + ".ps", "old " + std::to_string(n));
-    const std::string job = home.write("spool/Anna.ps", "new job");
-
-    const std::string renamed = assistant::RandomNamePSFile(job, home.folder() + "spool/", texts, services);
-
-    ASSERT_FALSE(renamed.empty());
-    EXPECT_EQ(home.read(renamed.substr(home.folder().size())), "new job");
     for (int n = 1; n <= 500; ++n)
         ASSERT_EQ(home.read("spool/~Anna" + std::to_string(n) + ".ps"), "old " + std::to_string(n));
+    EXPECT_TRUE(real.view.messages.empty());
 }
 
 TEST_F(runtime_helpers, job_that_cannot_be_renamed_is_reported_to_the_user) {
@@ -140,39 +113,32 @@ TEST_F(runtime_helpers, job_that_cannot_be_renamed_is_reported_to_the_user) {
     EXPECT_TRUE(real.errors.entries.empty());
 }
 
-TEST_F(runtime_helpers, ghostscript_named_in_the_settings_enables_encryption) {
+TEST_F(runtime_helpers, ghostscript_named_in_the_settings_or_on_the_path_enables_encryption) {
+    // The machine's own Ghostscript, found the way a user's shell would find it.
+    EXPECT_TRUE(assistant::EncryptionAvailable(services));
+
     env.set("PATH", home.folder() + "empty-path");
     EXPECT_FALSE(assistant::EncryptionAvailable(services));
-
     home.write("gs10/bin/gswin64c.exe", "");
     real.set(MachineKey, "gswin32c", home.folder() + "gs10");
     EXPECT_TRUE(assistant::EncryptionAvailable(services));
-
     // The user's value is asked first, but one naming nothing does not hide the machine's.
     real.set(UserKey, "gswin32c", home.folder() + "nowhere");
     EXPECT_TRUE(assistant::EncryptionAvailable(services));
-
     real.set(MachineKey, "gswin32c", "");
     EXPECT_FALSE(assistant::EncryptionAvailable(services));
-
     home.write("tools/gs/gs", "");
     env.set("PLTEST_TOOLS", home.folder() + "tools");
     real.set(UserKey, "gswin32c", "%PLTEST_TOOLS%");
     EXPECT_TRUE(assistant::EncryptionAvailable(services));
-
     real.set(UserKey, "gswin32c", home.folder() + "tools/gs/gs");
     EXPECT_TRUE(assistant::EncryptionAvailable(services));
-}
-
-TEST_F(runtime_helpers, ghostscript_on_the_path_enables_encryption) {
-    // The machine's own Ghostscript, found the way a user's shell would find it.
-    EXPECT_TRUE(assistant::EncryptionAvailable(services));
+    real.set(UserKey, "gswin32c", "");
 
     home.write("bin/gs", "");
     env.set("PATH", "/nonexistent:" + home.folder() + "bin");
     EXPECT_TRUE(assistant::EncryptionAvailable(services));
-
-    env.set("PATH", home.folder() + "gs-as-folder");
     home.write("gs-as-folder/gs/placeholder", "");
+    env.set("PATH", home.folder() + "gs-as-folder");
     EXPECT_FALSE(assistant::EncryptionAvailable(services));
 }

@@ -2,8 +2,6 @@
 
 #include "assistant_world.h"
 
-#include "base/text.h"
-
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -16,35 +14,22 @@ namespace {
 using namespace std::chrono_literals;
 namespace fs = std::filesystem;
 
-struct Started {
-    explicit Started(AssistantWorld& w)
-        : world(w), host(w.state, w.os->files(), w.takenFolder), form(*w.context, host) {}
-    AssistantWorld& world;
-    TakingDialogHost host;
-    assistant::ResidentForm form;
-};
-
 TEST(startup, second_instance_in_the_same_session_ends_silently_and_the_first_keeps_running) {
     AssistantWorld world;
     world.setUser("Debug", "1");
-    Started first(world);
+    Resident first(world, world.takenFolder);
     first.form.Form_Load();
     ASSERT_FALSE(world.state.quitRequested);
     ASSERT_TRUE(first.form.timerEnabled());
 
-    forms::AppState secondState;
-    assistant::ErrorReport secondReport(*world.os, world.registry, world.view, secondState, [](int) {});
-    Services secondServices{*world.os, world.registry, secondReport, world.view};
-    texts::Texts secondTexts;
-    forms::Context secondContext{secondServices, secondState, secondTexts, world.naming, world.view};
-    TakingDialogHost secondHost(secondState, world.os->files(), world.takenFolder);
-    assistant::ResidentForm second(secondContext, secondHost);
-    second.Form_Load();
+    Session secondSession(&world.registry);
+    Resident second(secondSession, world.takenFolder);
+    second.form.Form_Load();
 
-    EXPECT_TRUE(secondState.quitRequested);
-    EXPECT_EQ(secondState.exitCode, 0);
-    EXPECT_FALSE(second.timerEnabled());
-    EXPECT_TRUE(world.view.messages.empty()) << "the refusal shows no message box";
+    EXPECT_TRUE(secondSession.state.quitRequested);
+    EXPECT_EQ(secondSession.state.exitCode, 0);
+    EXPECT_FALSE(second.form.timerEnabled());
+    EXPECT_TRUE(secondSession.view.messages.empty()) << "the refusal shows no message box";
     const auto lines = world.logLines();
     ASSERT_FALSE(lines.empty());
     EXPECT_EQ(lines.back(), "Paperlark Assistant bereits gestartet");
@@ -60,13 +45,12 @@ TEST(startup, a_session_without_user_name_ends_after_the_clean_ups) {
     AssistantWorld world;
     world.setUser("Debug", "1");
     ScopedEnv noUser;
-    noUser.set("username", std::nullopt);
-    noUser.set("USER", std::nullopt);
-    noUser.set("LOGNAME", std::nullopt);
+    for (const char* name : {"username", "USER", "LOGNAME"})
+        noUser.set(name, std::nullopt);
     const std::string dfFile = world.tempFolder + "~df1234.tmp";
     writeJob(dfFile);
 
-    Started s(world);
+    Resident s(world, world.takenFolder);
     s.form.Form_Load();
 
     EXPECT_TRUE(world.state.quitRequested);
@@ -79,126 +63,76 @@ TEST(startup, a_session_without_user_name_ends_after_the_clean_ups) {
               "Paperlark Assistant kann nicht als Dienst gestartet werden. Er benoetigt einen Benutzernamen!");
 }
 
-TEST(startup, a_companion_program_that_cannot_start_is_announced_and_ends_the_assistant) {
-    AssistantWorld world;
-    const std::string missing = world.root.folder() + "no-such-program";
-    world.state.CommandLine = missing;
-    Started s(world);
-    s.form.Form_Load();
-
-    EXPECT_TRUE(world.state.quitRequested);
-    ASSERT_EQ(world.view.messages.size(), 1u);
-    EXPECT_EQ(world.view.messages[0].prompt,
-              "You have tried to run " + missing + " but this has failed! - plAssist.exe is exiting now.");
-    EXPECT_FALSE(s.form.timerEnabled());
-}
-
 TEST(startup, an_unwritable_user_spool_folder_is_replaced_by_the_local_folder_and_written_back) {
-    AssistantWorld world;
-    // A "folder" below a plain file: nothing can be created in it, whoever we are.
-    const std::string blocker = world.root.write("blocker", "x");
-    world.setUser("psdir", blocker + "/spool/");
-    Started s(world);
-    s.form.Form_Load();
-
-    const std::string expected = world.localAppData + "Paperlark_XP/";
-    EXPECT_EQ(world.state.PsDirUser, expected);
-    EXPECT_EQ(world.user("psdir"), expected);
-    EXPECT_FALSE(world.state.quitRequested);
-}
-
-TEST(startup, a_writable_user_spool_folder_is_kept_and_left_clean) {
-    AssistantWorld world;
-    Started s(world);
-    s.form.Form_Load();
-    EXPECT_EQ(world.state.PsDirUser, world.userFolder);
-    EXPECT_EQ(world.user("psdir"), world.userFolder);
-    EXPECT_FALSE(fs::exists(world.userFolder + "test.txt")) << "the writability probe is removed again";
-    EXPECT_EQ(world.state.PsDirMachine, world.machineFolder);
-}
-
-TEST(startup, terminal_server_name_and_folder_follow_their_rules) {
-    struct Case {
-        const char* userName;
-        const char* machineName;
-        const char* expected;
-    };
-    for (const Case& c : {Case{"*", "bob", "*"}, Case{"carol", "bob", "bob"}, Case{"", "", "alice"}}) {
+    for (const bool writable : {false, true}) {
         AssistantWorld world;
-        if (*c.userName)
-            world.setUser("TsName", c.userName);
-        if (*c.machineName)
-            world.setMachine("TsName", c.machineName);
-        world.setUser("TsPath", world.root.folder() + "ts");
-        Started s(world);
+        // A "folder" below a plain file: nothing can be created in it, whoever we are.
+        if (!writable)
+            world.setUser("psdir", world.root.write("blocker", "x") + "/spool/");
+        Resident s(world, world.takenFolder);
         s.form.Form_Load();
-        EXPECT_EQ(world.state.TsName, c.expected) << "user " << c.userName << ", machine " << c.machineName;
-        EXPECT_EQ(world.state.TsPath, world.tsFolder) << "a separator is appended";
+
+        const std::string expected = writable ? world.userFolder : world.localAppData + "Paperlark_XP/";
+        EXPECT_EQ(world.state.PsDirUser, expected);
+        EXPECT_EQ(world.user("psdir"), expected);
+        EXPECT_FALSE(fs::exists(expected + "test.txt")) << "the writability probe is removed again";
+        EXPECT_EQ(world.state.PsDirMachine, world.machineFolder);
+        EXPECT_FALSE(world.state.quitRequested);
     }
-    AssistantWorld world;
-    Started s(world);
-    s.form.Form_Load();
-    EXPECT_EQ(world.state.TsPath, "") << "no terminal-server folder stays none";
 }
 
 TEST(startup, stale_tilde_files_go_by_age_and_df_temporaries_go_whatever_their_age) {
     AssistantWorld world;
+    fs::create_directories(world.localAppData + "Paperlark_XP");
     const auto now = std::chrono::system_clock::now();
     const auto cutoff = startOfDayDaysAgo(3);
-    const std::string psdirOld = world.fileAt(world.machineFolder + "~alice17.ps", now - 96h);
-    const std::string psdirJustBefore = world.fileAt(world.machineFolder + "~alice18.ps", cutoff - 1min);
-    const std::string psdirJustAfter = world.fileAt(world.machineFolder + "~alice19.ps", cutoff + 1min);
-    const std::string psdirYesterday = world.fileAt(world.machineFolder + "~bob3.ps", now - 24h);
-    const std::string oldJob = world.fileAt(world.machineFolder + "alice_old.ps", now - 240h);
-    fs::create_directories(world.localAppData + "Paperlark_XP");
-    const std::string localOld = world.fileAt(world.localAppData + "Paperlark_XP/~x.ps", now - 120h);
-    const std::string localNew = world.fileAt(world.localAppData + "Paperlark_XP/~y.ps", now - 1h);
-    const std::string dfNew = world.fileAt(world.tempFolder + "~DF0001.TMP", now);
-    const std::string dfOld = world.fileAt(world.tempFolder + "~df0002.tmp", now - 2400h);
-    const std::string otherTemp = world.fileAt(world.tempFolder + "~other.tmp", now - 2400h);
+    struct Case {
+        std::string path;
+        std::chrono::system_clock::time_point modified;
+        bool kept;
+    };
+    const Case cases[] = {
+        {world.machineFolder + "~alice17.ps", now - 96h, false},
+        {world.machineFolder + "~alice18.ps", cutoff - 1min, false},
+        {world.machineFolder + "~alice19.ps", cutoff + 1min, true},
+        {world.machineFolder + "~bob3.ps", now - 24h, true},
+        {world.machineFolder + "alice_old.ps", now - 240h, true}, // only "~" files are stale
+        {world.localAppData + "Paperlark_XP/~x.ps", now - 120h, false},
+        {world.localAppData + "Paperlark_XP/~y.ps", now - 1h, true},
+        {world.tempFolder + "~DF0001.TMP", now, false},
+        {world.tempFolder + "~df0002.tmp", now - 2400h, false},
+        {world.tempFolder + "~other.tmp", now - 2400h, true},
+    };
+    for (const Case& c : cases)
+        world.fileAt(c.path, c.modified);
 
-    Started s(world);
+    Resident s(world, world.takenFolder);
     s.form.Form_Load();
 
-    EXPECT_FALSE(fs::exists(psdirOld));
-    EXPECT_FALSE(fs::exists(psdirJustBefore));
-    EXPECT_TRUE(fs::exists(psdirJustAfter));
-    EXPECT_TRUE(fs::exists(psdirYesterday));
-    EXPECT_TRUE(fs::exists(oldJob)) << "only \"~\" files are stale";
-    EXPECT_FALSE(fs::exists(localOld));
-    EXPECT_TRUE(fs::exists(localNew));
-    EXPECT_FALSE(fs::exists(dfNew));
-    EXPECT_FALSE(fs::exists(dfOld));
-    EXPECT_TRUE(fs::exists(otherTemp));
+    for (const Case& c : cases)
+        EXPECT_EQ(fs::exists(c.path), c.kept) << c.path;
 }
 
-TEST(startup, the_virtual_store_copies_of_the_machine_settings_are_removed) {
+// One ordinary start settles everything at once: the log, the switches, the terminal-server names,
+// the tray texts, and the removal of the virtual-store copies.
+TEST(startup, a_start_writes_the_log_header_and_settles_names_switches_and_clean_ups) {
     AssistantWorld world;
-    const std::string storeKey =
-        "HKEY_CURRENT_USER\\Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\tobrin\\PaperlarkXP";
-    world.registry.SetRegValue(storeKey, "psdir", "C:\\old\\");
+    world.setUser("Debug", "1");
+    world.setMachine("language", "1");
+    world.setUser("Pagemaker5", "1");
+    world.setMachine("CitrixUnload", "1");
+    world.setUser("DisableFCN", "yes");
+    world.setUser("TsName", "carol");
+    world.setMachine("TsName", "bob");
+    world.setUser("TsPath", world.root.folder() + "ts");
+    const std::string storeKey = "Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\tobrin\\PaperlarkXP";
+    world.registry.SetRegValue("HKEY_CURRENT_USER\\" + storeKey, "psdir", "C:\\old\\");
     const std::string store = world.localAppData + "VirtualStore/Program Files/Paperlark_XP/";
     fs::create_directories(store);
     writeJob(store + "default.plp");
-    writeJob(store + "german.lan");
+    std::ofstream(world.logFile()) << "left over from the last run\r\n";
 
-    Started s(world);
-    s.form.Form_Load();
-
-    EXPECT_FALSE(world.testRegistry.backend().keyExists(
-        platform::HKEY_CURRENT_USER, "Software\\Classes\\VirtualStore\\MACHINE\\SOFTWARE\\tobrin\\PaperlarkXP", 0));
-    EXPECT_FALSE(fs::exists(store));
-    EXPECT_TRUE(fs::exists(world.localAppData + "VirtualStore/Program Files"));
-}
-
-TEST(startup, a_fresh_log_begins_with_the_start_version_and_folder_lines) {
-    AssistantWorld world;
-    world.setUser("Debug", "1");
-    {
-        std::ofstream old(world.logFile());
-        old << "left over from the last run\r\n";
-    }
-    Started s(world);
+    Resident s(world, world.takenFolder);
     s.form.Form_Load();
 
     const auto lines = world.logLines();
@@ -211,72 +145,53 @@ TEST(startup, a_fresh_log_begins_with_the_start_version_and_folder_lines) {
     EXPECT_TRUE(lines[1].starts_with("Version 4.12.")) << lines[1];
     EXPECT_EQ(lines[2], "CurDir = " + fs::current_path().string());
     EXPECT_EQ(world.state.DebugMode, "1");
-}
 
-TEST(startup, the_tray_tip_and_menu_caption_take_text_13_of_the_chosen_language) {
-    for (const char* language : {"1", "2"}) {
-        AssistantWorld world;
-        world.setMachine("language", language);
-        Started s(world);
-        s.form.Form_Load();
-        texts::Texts reference;
-        reference.setLanguage(std::stoi(language));
-        const std::string expected = reference.text(13);
-        ASSERT_FALSE(expected.empty());
-        EXPECT_EQ(s.form.control("txtTooltip").text, expected);
-        EXPECT_EQ(s.form.control("mnShowPlAssist").caption, expected);
-        EXPECT_TRUE(world.view.saw("hide frmPlAssist1"));
-    }
-}
-
-TEST(startup, settings_switches_are_on_only_for_exactly_1) {
-    AssistantWorld world;
-    world.setUser("Pagemaker5", "1");
-    world.setMachine("CitrixUnload", "1");
-    world.setUser("DisableFCN", "yes");
-    Started s(world);
-    s.form.Form_Load();
     EXPECT_TRUE(world.state.Pm5Support);
     EXPECT_TRUE(world.state.CitrixUnload);
-    EXPECT_FALSE(world.state.DisableFcn);
+    EXPECT_FALSE(world.state.DisableFcn) << "switches are on only for exactly \"1\"";
+    EXPECT_EQ(world.state.TsName, "bob") << "the machine's name wins over any but \"*\"";
+    EXPECT_EQ(world.state.TsPath, world.tsFolder) << "a separator is appended";
+
+    texts::Texts german;
+    german.setLanguage(texts::German);
+    ASSERT_FALSE(german.text(13).empty());
+    EXPECT_EQ(s.form.control("txtTooltip").text, german.text(13));
+    EXPECT_EQ(s.form.control("mnShowPlAssist").caption, german.text(13));
+    EXPECT_TRUE(world.view.saw("hide frmPlAssist1"));
+
+    EXPECT_FALSE(world.testRegistry.backend().keyExists(platform::HKEY_CURRENT_USER, storeKey, 0));
+    EXPECT_FALSE(fs::exists(store));
+    EXPECT_TRUE(fs::exists(world.localAppData + "VirtualStore/Program Files"));
 }
 
-TEST(startup, the_working_drive_is_the_profile_drive_unless_the_profile_is_on_the_network) {
-    AssistantWorld world;
-    {
-        ScopedEnv profile("userprofile", "C:\\Users\\alice");
-        Started s(world);
+TEST(startup, a_failing_start_is_announced_and_ends_the_assistant) {
+    for (const bool companion : {true, false}) {
+        AssistantWorld world;
+        const std::string missing = world.root.folder() + "no-such-program";
+        if (companion) {
+            world.state.CommandLine = missing;
+        } else {
+            // A DWORD that does not fit the classic signed long raises an overflow when read as text.
+            const platform::RegValue debug{"Debug", platform::regtype::Dword, {0x00, 0x00, 0x00, 0x80}};
+            ASSERT_EQ(world.testRegistry.backend().setValue(platform::HKEY_CURRENT_USER,
+                                                            "Software\\tobrin\\PaperlarkXP", debug, 0),
+                      platform::RegOk);
+        }
+        Resident s(world, world.takenFolder);
         s.form.Form_Load();
-        EXPECT_EQ(s.form.workingDrive(), "C:");
-        EXPECT_EQ(world.state.StepName, "6: ChDrive C:\\Users\\alice");
+
+        EXPECT_TRUE(world.state.quitRequested);
+        EXPECT_FALSE(s.form.timerEnabled());
+        ASSERT_EQ(world.view.messages.size(), 1u);
+        const std::string& prompt = world.view.messages[0].prompt;
+        if (companion) {
+            EXPECT_EQ(prompt,
+                      "You have tried to run " + missing + " but this has failed! - plAssist.exe is exiting now.");
+        } else {
+            EXPECT_NE(prompt.find("Error 6 (Overflow)"), std::string::npos) << prompt;
+            EXPECT_NE(prompt.find("frmPlAssist1.Form.Load\r\n\r\nData:\r\n1: Init"), std::string::npos) << prompt;
+        }
     }
-    AssistantWorld other;
-    ScopedEnv profile("userprofile", "\\\\server\\profiles\\alice");
-    Started s(other);
-    s.form.Form_Load();
-    EXPECT_EQ(s.form.workingDrive(), "");
-}
-
-TEST(startup, an_error_while_loading_is_reported_with_the_stage_that_failed) {
-    AssistantWorld world;
-    // A DWORD that does not fit the classic signed long raises an overflow when read as text.
-    platform::RegValue debug;
-    debug.name = "Debug";
-    debug.type = platform::regtype::Dword;
-    debug.data = {0x00, 0x00, 0x00, 0x80};
-    ASSERT_EQ(
-        world.testRegistry.backend().setValue(platform::HKEY_CURRENT_USER, "Software\\tobrin\\PaperlarkXP", debug, 0),
-        platform::RegOk);
-    Started s(world);
-    s.form.Form_Load();
-
-    EXPECT_TRUE(world.state.quitRequested);
-    EXPECT_FALSE(s.form.timerEnabled());
-    ASSERT_EQ(world.view.messages.size(), 1u);
-    const std::string& prompt = world.view.messages[0].prompt;
-    EXPECT_NE(prompt.find("Error 6 (Overflow)"), std::string::npos) << prompt;
-    EXPECT_NE(prompt.find("frmPlAssist1.Form.Load"), std::string::npos) << prompt;
-    EXPECT_NE(prompt.find("Data:\r\n1: Init"), std::string::npos) << prompt;
 }
 
 } // namespace

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <optional>
 
 using namespace std::chrono_literals;
 
@@ -13,6 +15,19 @@ namespace {
 
 std::string page(const std::string& word) {
     return "/Helvetica findfont 36 scalefont setfont\n72 600 moveto (" + word + ") show\nshowpage\n";
+}
+
+// What a poppler tool prints about `pdf`, opened as its user when a password is given; nothing
+// when the tool fails.
+std::optional<std::string> poppler(const std::string& tool, const std::string& pdf, const std::string& password,
+                                   const std::vector<std::string>& after = {}) {
+    std::vector<std::string> argv{tool};
+    if (!password.empty())
+        argv.insert(argv.end(), {"-upw", password});
+    argv.push_back(pdf);
+    argv.insert(argv.end(), after.begin(), after.end());
+    const auto result = platform::runAndWait(argv, 30s);
+    return result.exitCode == 0 ? std::optional(result.output) : std::nullopt;
 }
 
 } // namespace
@@ -34,15 +49,11 @@ std::string ConverterHarness::writeJob(const std::string& name, const std::vecto
     std::string content = "%!PS-Adobe-3.0\n%%Title: " + name + "\n";
     for (const auto& word : words)
         content += page(word);
-    return dir_.write("jobs/" + name, content);
+    return writeRawJob(name, content);
 }
 
-std::string ConverterHarness::writeBrokenJob(const std::string& name) const {
-    return dir_.write("jobs/" + name, "%!PS\n72 600 moveto thisoperatordoesnotexist\nshowpage\n");
-}
-
-std::string ConverterHarness::writeEndlessJob(const std::string& name) const {
-    return dir_.write("jobs/" + name, "%!PS\n{ 1 pop } loop\nshowpage\n");
+std::string ConverterHarness::writeRawJob(const std::string& name, const std::string& postscript) const {
+    return dir_.write("jobs/" + name, postscript);
 }
 
 std::string ConverterHarness::writeUserProfile(const std::string& name, const std::string& content) const {
@@ -60,11 +71,12 @@ platform::ChildResult ConverterHarness::run(const std::vector<std::string>& args
 }
 
 void ConverterHarness::expectFailureKeeping(const platform::ChildResult& result, const std::string& complaint,
-                                            const std::vector<std::string>& jobs) const {
+                                            const std::vector<std::string>& jobs,
+                                            const std::vector<std::string>& outputs) const {
     EXPECT_EQ(result.exitCode, 1) << result.output;
     EXPECT_NE(result.output.find(complaint), std::string::npos) << result.output;
     EXPECT_EQ(namesIn(this->jobs()), jobs);
-    EXPECT_EQ(namesIn(out()), std::vector<std::string>{});
+    EXPECT_EQ(namesIn(out()), outputs);
     EXPECT_EQ(namesIn(temp()), std::vector<std::string>{});
 }
 
@@ -76,30 +88,24 @@ std::vector<std::string> ConverterHarness::namesIn(const std::string& folder) {
     return names;
 }
 
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+}
+
 int pdfPages(const std::string& pdf, const std::string& password) {
-    std::vector<std::string> argv{"pdfinfo"};
-    if (!password.empty())
-        argv.insert(argv.end(), {"-upw", password});
-    argv.push_back(pdf);
-    const auto result = platform::runAndWait(argv, 30s);
-    const auto at = result.output.find("\nPages:");
-    if (result.exitCode != 0 || at == std::string::npos)
-        return -1;
-    return std::stoi(result.output.substr(at + 7));
+    const auto info = poppler("pdfinfo", pdf, password);
+    const auto at = info ? info->find("\nPages:") : std::string::npos;
+    return at == std::string::npos ? -1 : std::stoi(info->substr(at + 7));
 }
 
 bool pdfEncrypted(const std::string& pdf, const std::string& password) {
-    const auto result = platform::runAndWait({"pdfinfo", "-upw", password, pdf}, 30s);
-    return result.exitCode == 0 && result.output.find("\nEncrypted:       yes") != std::string::npos;
+    const auto info = poppler("pdfinfo", pdf, password);
+    return info && info->find("\nEncrypted:       yes") != std::string::npos;
 }
 
 std::string pdfText(const std::string& pdf, const std::string& password) {
-    std::vector<std::string> argv{"pdftotext"};
-    if (!password.empty())
-        argv.insert(argv.end(), {"-upw", password});
-    argv.insert(argv.end(), {pdf, "-"});
-    const auto result = platform::runAndWait(argv, 30s);
-    return result.exitCode == 0 ? result.output : std::string();
+    return poppler("pdftotext", pdf, password, {"-"}).value_or("");
 }
 
 bool inOrder(const std::string& text, const std::vector<std::string>& words) {

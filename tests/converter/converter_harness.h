@@ -13,6 +13,8 @@
 
 namespace pl::test {
 
+using Names = std::vector<std::string>;
+
 class ConverterHarness {
 public:
     ConverterHarness();
@@ -26,10 +28,8 @@ public:
 
     // A PostScript job in the jobs folder with one page per word, each page showing its word.
     std::string writeJob(const std::string& name, const std::vector<std::string>& words) const;
-    // A job that stops with a PostScript error on its first page.
-    std::string writeBrokenJob(const std::string& name) const;
-    // A job that never ends.
-    std::string writeEndlessJob(const std::string& name) const;
+    // A job in the jobs folder holding exactly `postscript`.
+    std::string writeRawJob(const std::string& name, const std::string& postscript) const;
     // A profile in the user's own profile folder.
     std::string writeUserProfile(const std::string& name, const std::string& content) const;
     // Sets a value of HKCU\Software\tobrin\PaperlarkXP in the sandbox's registry store.
@@ -39,9 +39,10 @@ public:
     platform::ChildResult run(const std::vector<std::string>& args) const;
 
     // Checks a failed run: exit code 1, `complaint` on standard error, the jobs folder holding
-    // exactly `jobs` (sorted) and nothing in the output or temporary folder.
+    // exactly `jobs` and the output folder exactly `outputs` (both sorted), and nothing in the
+    // temporary folder.
     void expectFailureKeeping(const platform::ChildResult& result, const std::string& complaint,
-                              const std::vector<std::string>& jobs) const;
+                              const std::vector<std::string>& jobs, const std::vector<std::string>& outputs = {}) const;
 
     // The names in a folder, sorted.
     static std::vector<std::string> namesIn(const std::string& folder);
@@ -56,6 +57,8 @@ private:
 // user password when one is given).
 int pdfPages(const std::string& pdf, const std::string& password = {});
 bool pdfEncrypted(const std::string& pdf, const std::string& password);
+// A file's whole content; empty when it cannot be read.
+std::string readFile(const std::string& path);
 // The document's text.
 std::string pdfText(const std::string& pdf, const std::string& password = {});
 // Whether the words appear in the text in this order.

@@ -1,7 +1,7 @@
 #include "naming/name_numbering.h"
 
 #include "platform/platform.h"
-#include "recording_sink.h"
+#include "support/recording_errors.h"
 #include "support/temp_dir.h"
 
 #include <gtest/gtest.h>
@@ -19,9 +19,9 @@ public:
     std::string check(std::string_view proposal, std::string_view outputSuffix = ".pdf") {
         naming::NamingState state;
         state.OutputSuffix = std::string(outputSuffix);
-        test::RecordingSink sink;
-        std::string name = CheckpdfName(dir.folder(), proposal, state, os->files(), sink);
-        EXPECT_TRUE(sink.reports.empty());
+        test::RecordingErrors errors;
+        std::string name = CheckpdfName(dir.folder(), proposal, state, os->files(), errors);
+        EXPECT_TRUE(errors.entries.empty());
         return name;
     }
     void add(const std::string& name) { dir.write(name, "%PDF-1.4\n"); }
@@ -32,7 +32,7 @@ public:
 
 } // namespace
 
-TEST(name_numbering, a_free_name_is_kept_and_a_taken_one_gets_the_first_free_number) {
+TEST(name_numbering, a_taken_name_gets_the_first_free_number_and_empty_parentheses_after_1000) {
     OutputFolder out;
     EXPECT_EQ(out.check("Report.pdf"), "Report.pdf");
     out.add("Report.pdf");
@@ -43,13 +43,14 @@ TEST(name_numbering, a_free_name_is_kept_and_a_taken_one_gets_the_first_free_num
     // The folder's names count whatever their case, as on Windows.
     out.add("INVOICE.PDF");
     EXPECT_EQ(out.check("Invoice.pdf"), "Invoice (1).pdf");
-}
 
-TEST(name_numbering, a_name_without_extension_takes_the_output_suffix) {
-    OutputFolder out;
-    EXPECT_EQ(out.check("Scan", ".png"), "Scan.png");
-    out.add("Scan.png");
-    EXPECT_EQ(out.check("Scan", ".png"), "Scan (1).png");
+    for (int n = 2; n <= 999; ++n)
+        out.add("Report (" + std::to_string(n) + ").pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report (1000).pdf");
+    out.add("Report (1000).pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report ().pdf");
+    out.add("Report ().pdf");
+    EXPECT_EQ(out.check("Report.pdf"), "Report ().pdf");
 }
 
 TEST(name_numbering, the_extension_is_taken_before_cleaning_and_appended_after_it) {
@@ -58,26 +59,14 @@ TEST(name_numbering, the_extension_is_taken_before_cleaning_and_appended_after_i
     EXPECT_EQ(out.check("a.pdf.pdf"), "a.pdf");
     EXPECT_EQ(out.check("Microsoft Word - Brief.docx"), "Brief.docx");
     EXPECT_EQ(out.check("Q1: Plan.pdf"), "Q1  Plan.pdf");
+    // Without an extension the output format's suffix is taken.
+    out.add("Scan.png");
+    EXPECT_EQ(out.check("Scan", ".png"), "Scan (1).png");
     // An extension that the clean-up keeps appears twice, and numbering marks both.
     EXPECT_EQ(out.check("Scan.xyz"), "Scan.xyz.xyz");
     out.add("Scan.xyz.xyz");
     EXPECT_EQ(out.check("Scan.xyz"), "Scan (1).xyz (1).xyz");
-}
-
-TEST(name_numbering, wildcard_characters_are_no_wildcards_when_testing_for_a_file) {
-    OutputFolder out;
-    out.add("a.p-f.pxf"); // what "a.p-f.p?f" would match as a pattern
+    // Wildcard characters are no wildcards when testing for a file.
+    out.add("a.p-f.pxf");
     EXPECT_EQ(out.check("a.p?f"), "a.p-f.p?f");
-}
-
-TEST(name_numbering, gives_empty_parentheses_when_all_numbers_are_taken) {
-    OutputFolder out;
-    out.add("Report.pdf");
-    for (int n = 1; n <= 999; ++n)
-        out.add("Report (" + std::to_string(n) + ").pdf");
-    EXPECT_EQ(out.check("Report.pdf"), "Report (1000).pdf");
-    out.add("Report (1000).pdf");
-    EXPECT_EQ(out.check("Report.pdf"), "Report ().pdf");
-    out.add("Report ().pdf");
-    EXPECT_EQ(out.check("Report.pdf"), "Report ().pdf");
 }

@@ -21,7 +21,7 @@ std::optional<std::string> waitForFile(const std::string& path,
 bool waitUntilEnded(platform::Processes& processes, platform::ProcessId id,
                     std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
-// The zero-terminated words the helper's "argv" mode wrote.
+// The zero-terminated words the helper's "argv" mode wrote: its working folder, then its arguments.
 std::vector<std::string> splitRecordedWords(const std::string& recorded);
 
 } // namespace pl::test

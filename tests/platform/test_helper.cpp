@@ -1,7 +1,7 @@
 // A small program the platform tests start as a real child process. What it does depends on its
 // first word (or, when it is started under the name "xdg-open", on that name):
-//   argv OUT WORD...   writes the words it received to OUT, each ended by a zero byte
-//   cwd OUT            writes its working folder to OUT
+//   argv OUT WORD...   writes its working folder and the words it received to OUT, each ended by a
+//                      zero byte
 //   sleep SECONDS      waits, then ends
 //   lock NAME READY    takes the instance lock NAME, writes "held" or "refused" to READY, then
 //                      waits until it is killed (at most a minute)
@@ -54,10 +54,8 @@ int main(int argc, char** argv) {
         return 2;
     const std::string mode = argv[1];
     if (mode == "argv" && argc >= 3) {
-        writeFile(argv[2], joinWords(argc, argv, 3));
-    } else if (mode == "cwd" && argc == 3) {
         char cwd[4096];
-        writeFile(argv[2], getcwd(cwd, sizeof cwd) ? cwd : "");
+        writeFile(argv[2], std::string(getcwd(cwd, sizeof cwd) ? cwd : "") + '\0' + joinWords(argc, argv, 3));
     } else if (mode == "sleep" && argc == 3) {
         std::this_thread::sleep_for(std::chrono::milliseconds(static_cast<long>(std::atof(argv[2]) * 1000)));
     } else if (mode == "lock" && argc == 4) {

@@ -16,12 +16,6 @@ struct language_file : ::testing::Test {
     test::ScriptedView view;
     test::RecordingErrors errors;
     texts::Texts texts;
-
-    // Writes `content` as a language file and reads it into the slot of `language`.
-    bool load(const std::string& content, int language = texts::English, const std::string& name = "Test.lan") {
-        texts.setLanguage(language);
-        return texts.DateiLaden(dir.write(name, content), view, errors);
-    }
 };
 
 } // namespace
@@ -39,42 +33,40 @@ TEST_F(language_file, file_without_assistant_section_is_announced_and_keeps_buil
     EXPECT_TRUE(errors.entries.empty());
 }
 
-TEST_F(language_file, section_header_and_keys_are_found_in_any_case_and_texts_keep_theirs) {
-    ASSERT_TRUE(load("; Beispiel\r\n[PLASSIST.EXE]\r\nTEXT_5: Nom du Fichier PDF\r\nText_19:Configurer\r\n"));
+TEST_F(language_file, reads_only_the_assistants_texts_whatever_the_files_line_ends) {
+    const std::string file =
+        "; Beispiel\n[plConfig.exe]\ntext_7: wrong program\nEOF\n"
+        // Header and key in any case; the text keeps its own.
+        "[PLASSIST.EXE]\nTEXT_5: Nom du Fichier PDF\n"
+        // Blank texts keep the built-in ones; an 8-bit file is Latin-1.
+        "text_3:     \ntext_4:\ntext_6:  Voir la s\xE9lection  \n"
+        // The line break between BOT and EOT stays; only "BOT" right behind the colon spans lines.
+        "text_21:BOT\nriga uno\nriga due\nEOT\ntext_22:BOT Chemin\n  invalide EOT\ntext_13: BOTH ways\n"
+        // "eof" inside a word ends nothing; the next header ends the section without "EOF".
+        "text_9: Sur le bureau de Geoffrey\n  [plSetup.exe]  \n"
+        "text_10: wrong program\ntext_12: wrong program\nEOF\n";
+    for (const std::string ending : {"\r\n", "\n", "\r"}) {
+        std::string content;
+        for (char c : file)
+            content += c == '\n' ? ending : std::string(1, c);
+        texts.TexteLaden();
+        texts.setLanguage(texts::English);
+        ASSERT_TRUE(texts.DateiLaden(dir.write("Test.lan", content), view, errors)) << "line end " << ending.size();
 
-    EXPECT_EQ(texts.text(5), "Nom du Fichier PDF");
-    EXPECT_EQ(texts.text(19), "Configurer");
-    EXPECT_EQ(texts.text(4), "PDF Profile"); // not in the file
+        EXPECT_EQ(texts.text(3), "Please choose:");
+        EXPECT_EQ(texts.text(4), "PDF Profile");
+        EXPECT_EQ(texts.text(5), "Nom du Fichier PDF");
+        EXPECT_EQ(texts.text(6), "Voir la sélection");
+        EXPECT_EQ(texts.text(7), "&Send by Mail");
+        EXPECT_EQ(texts.text(9), "Sur le bureau de Geoffrey");
+        EXPECT_EQ(texts.text(10), "Add to &next PDF");
+        EXPECT_EQ(texts.text(12), "Paperlark.exe not found");
+        EXPECT_EQ(texts.text(13), "BOTH ways");
+        EXPECT_EQ(texts.text(21), "riga uno\r\nriga due");
+        EXPECT_EQ(texts.text(22), "Chemin\r\n  invalide");
+    }
     EXPECT_TRUE(view.messages.empty());
-}
-
-TEST_F(language_file, blank_text_keeps_the_builtin_one) {
-    ASSERT_TRUE(load("[plAssist.exe]\r\ntext_3:     \r\ntext_4:\r\ntext_6:  Voir le PDF  \r\n"));
-
-    EXPECT_EQ(texts.text(3), "Please choose:");
-    EXPECT_EQ(texts.text(4), "PDF Profile");
-    EXPECT_EQ(texts.text(6), "Voir le PDF");
-}
-
-TEST_F(language_file, text_between_bot_and_eot_keeps_its_line_break) {
-    ASSERT_TRUE(load("[plAssist.exe]\r\n"
-                     "text_21:BOT\r\n"
-                     "Le chemin contient des lettres Unicode.\r\n"
-                     "Veuillez en choisir un autre.\r\n"
-                     "EOT\r\n"
-                     "text_22:BOT Chemin\r\n  invalide EOT\r\n"
-                     "text_11: Supprimer ?\r\n"));
-
-    EXPECT_EQ(texts.text(21), "Le chemin contient des lettres Unicode.\r\nVeuillez en choisir un autre.");
-    EXPECT_EQ(texts.text(22), "Chemin\r\n  invalide");
-    EXPECT_EQ(texts.text(11), "Supprimer ?");
-}
-
-TEST_F(language_file, only_bot_right_behind_the_colon_opens_a_text_of_several_lines) {
-    ASSERT_TRUE(load("[plAssist.exe]\r\ntext_3: BOTH ways\r\ntext_4: Profil\r\ntext_21:BOT\r\nZeile 1\r\nEOT\r\n"));
-    EXPECT_EQ(texts.text(3), "BOTH ways");
-    EXPECT_EQ(texts.text(4), "Profil");
-    EXPECT_EQ(texts.text(21), "Zeile 1");
+    EXPECT_TRUE(errors.entries.empty());
 }
 
 TEST(language_file_text, bot_without_eot_is_an_error_rather_than_the_rest_of_the_section) {
@@ -83,71 +75,24 @@ TEST(language_file_text, bot_without_eot_is_an_error_rather_than_the_rest_of_the
     EXPECT_EQ(texts::findText(section, 22), "Chemin");
 }
 
-TEST_F(language_file, only_the_assistant_section_counts) {
-    ASSERT_TRUE(load("[plConfig.exe]\r\ntext_7: wrong program\r\nEOF\r\n"
-                     "[plAssist.exe]\r\ntext_8: Enregistrer &sous...\r\ntext_9: Sur le bureau de Geoffrey\r\nEOF\r\n"
-                     "[plSetup.exe]\r\ntext_10: wrong program\r\ntext_12: wrong program\r\nEOF\r\n"));
-
-    EXPECT_EQ(texts.text(7), "&Send by Mail");
-    EXPECT_EQ(texts.text(8), "Enregistrer &sous...");
-    EXPECT_EQ(texts.text(9), "Sur le bureau de Geoffrey"); // "eof" inside a word ends nothing
-    EXPECT_EQ(texts.text(10), "Add to &next PDF");
-    EXPECT_EQ(texts.text(12), "Paperlark.exe not found");
-}
-
-TEST_F(language_file, next_section_ends_ours_even_without_end_mark) {
-    ASSERT_TRUE(load("[plAssist.exe]\r\ntext_8: Archivia\r\n  [plConfig.exe]  \r\ntext_9: wrong program\r\n"));
-
-    EXPECT_EQ(texts.text(8), "Archivia");
-    EXPECT_EQ(texts.text(9), "Send to &Desktop");
-}
-
-TEST_F(language_file, line_ends_of_the_file_do_not_matter) {
-    const std::string lines[] = {
-        "[plAssist.exe]", "text_3: Scegli:", "text_21:BOT", "riga uno", "riga due", "EOT", "EOF"};
-    for (const std::string ending : {"\r\n", "\n", "\r"}) {
-        std::string content;
-        for (const auto& line : lines)
-            content += line + ending;
-        texts.TexteLaden();
-        ASSERT_TRUE(load(content)) << "line end " << ending.size();
-        EXPECT_EQ(texts.text(3), "Scegli:");
-        EXPECT_EQ(texts.text(21), "riga uno\r\nriga due");
+TEST(texts, index_outside_the_table_is_subscript_out_of_range) {
+    const texts::Texts texts;
+    for (auto [slot, number] : {std::pair{4, 1}, {-1, 1}, {1, 23}, {2, -1}}) {
+        try {
+            (void)texts.GetText(slot, number);
+            ADD_FAILURE() << slot << "," << number << " was answered";
+        } catch (const RuntimeError& e) {
+            EXPECT_EQ(e.number(), err::SubscriptOutOfRange);
+        }
     }
-}
+    EXPECT_EQ(texts.GetText(0, 0), "");
+    EXPECT_EQ(texts.GetText(3, 22), "");
 
-TEST_F(language_file, eight_bit_files_are_read_as_latin1_and_utf8_files_as_utf8) {
-    ASSERT_TRUE(load("[plAssist.exe]\ntext_3: Veuillez s\xE9lectionner :\n", texts::External, "Latin1.lan"));
-    EXPECT_EQ(texts.text(3), "Veuillez sélectionner :");
-
-    texts.TexteLaden();
-    ASSERT_TRUE(load("\xEF\xBB\xBF[plAssist.exe]\ntext_3: Veuillez sélectionner :\n", texts::External, "Utf8.lan"));
-    EXPECT_EQ(texts.text(3), "Veuillez sélectionner :");
-}
-
-TEST_F(language_file, a_file_fills_only_the_current_slot) {
-    ASSERT_TRUE(load("[plAssist.exe]\ntext_4: Profil PDF\n", texts::External));
-
-    EXPECT_EQ(texts.text(4), "Profil PDF");
-    EXPECT_EQ(texts.text(1), "Paperlark 4.12");
-    EXPECT_EQ(texts.text(5), ""); // the file slot starts with the title only
-    EXPECT_EQ(texts.GetText(texts::English, 5), "PDF File Name");
-    EXPECT_EQ(texts.GetText(texts::English, 4), "Profil PDF"); // a loaded file answers for every slot
-}
-
-TEST_F(language_file, reloading_the_builtin_texts_forgets_the_file) {
-    ASSERT_TRUE(load("[plAssist.exe]\ntext_4: Profil PDF\n"));
-    texts.TexteLaden();
-    EXPECT_EQ(texts.text(4), "PDF Profile");
-}
-
-TEST_F(language_file, unreadable_file_is_reported_and_changes_nothing) {
-    texts.setLanguage(texts::German);
-    EXPECT_FALSE(texts.DateiLaden(dir.folder() + "Missing.lan", view, errors));
-
+    // The trapped lookup reports the error and answers the empty text.
+    test::RecordingErrors errors;
+    EXPECT_EQ(texts.GetText(1, 23, errors), "");
+    EXPECT_EQ(texts.GetText(1, 22, errors), "Unzulässiger Pfad");
     ASSERT_EQ(errors.entries.size(), 1u);
-    EXPECT_EQ(errors.entries[0].tag, "plaTexte.DateiLaden");
-    EXPECT_EQ(errors.entries[0].number, err::FileNotFound);
-    EXPECT_EQ(texts.text(8), "&Ablegen");
-    EXPECT_TRUE(view.messages.empty());
+    EXPECT_EQ(errors.entries[0].tag, "plaTexte.GetText");
+    EXPECT_EQ(errors.entries[0].number, err::SubscriptOutOfRange);
 }

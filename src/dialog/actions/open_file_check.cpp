@@ -1,5 +1,6 @@
 #include "dialog/actions/open_file_check.h"
 
+#include "base/errors.h"
 #include "dialog/actions/dir_lookup.h"
 #include "dialog/ignore_errors.h"
 #include "naming/name_numbering.h"
@@ -42,8 +43,10 @@ std::string CheckOpenFile(std::string_view outFile, platform::FileSystem& files,
         const std::string aside = folder + "~" + name;
         ignoringErrors([&] { renameUnlessInUse(files, result, aside); });
         if (files.exists(aside)) {
-            // Nobody holds it: put it back for the converter to overwrite.
-            files.rename(aside, result);
+            // Nobody holds it: put it back for the converter to overwrite. Failing that, the user's
+            // file would stay under its "~" name unnoticed: that is worth a report.
+            if (!files.rename(aside, result))
+                raise(err::FileAlreadyExists, aside + " -> " + result);
             return;
         }
         result = folder + naming::CheckpdfName(folder, name, naming, files, errors);

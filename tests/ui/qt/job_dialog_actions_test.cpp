@@ -1,70 +1,52 @@
-// The job dialog's buttons and options through the real widgets, with the program's own actions: a
-// recording converter in the suite folder writes down every call it gets.
+// The job dialog's keys, options and MultiDoc sort dialog through the real widgets, with the
+// program's own actions: a recording converter in the suite folder writes down every call it gets.
 
 #include "dialog/actions/job_actions.h"
 #include "dialog_scene.h"
 #include "modal_answers.h"
 
 #include <QCheckBox>
-#include <QFileDialog>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QPushButton>
 #include <QTest>
 
-#include <chrono>
 #include <filesystem>
-#include <fstream>
-#include <sstream>
-#include <thread>
-#include <vector>
 
 using namespace pl;
 using namespace pl::test;
 
 namespace {
 
-// The arguments of the first call the recording converter wrote down, waiting for it a while.
-std::vector<std::string> firstCall(const std::string& recordFile) {
-    const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (std::chrono::steady_clock::now() < until) {
-        std::ifstream in(recordFile);
-        std::stringstream text;
-        text << in.rdbuf();
-        const std::string record = text.str();
-        if (record.find("=== end") != std::string::npos) {
-            std::vector<std::string> args;
-            std::istringstream lines(record);
-            for (std::string line; std::getline(lines, line) && line != "=== end";)
-                if (line.starts_with("arg="))
-                    args.push_back(line.substr(4));
-            return args;
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    return {};
-}
-
-bool holds(const std::vector<std::string>& args, const std::string& word) {
-    return std::find(args.begin(), args.end(), word) != args.end();
-}
-
 // anna's job in the machine spool folder, the recording converter as the suite's converter.
 struct ActionScene : DialogScene {
     ActionScene() : DialogScene(dialog::jobActions) {
-        recordFile = world.root.folder() + "calls.txt";
-        world.env.set("RECORDING_CONVERTER_LOG", recordFile);
+        world.env.set("RECORDING_CONVERTER_LOG", world.root.folder() + "calls.txt");
         std::filesystem::copy_file(RECORDING_CONVERTER, world.suite + "paperlark");
         world.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite\r\n");
         world.writeJob(world.machineSpool, "anna0001.ps", "Quarterly Report");
         world.offerJob(world.machineSpool, "anna0001.ps");
     }
     dialog::DialogJobActions& buttons() { return dynamic_cast<dialog::DialogJobActions&>(dialog->actions()); }
-    std::string recordFile;
 };
 
-Qt::CheckState state(QCheckBox* box) {
-    return box->checkState();
+// The titles of anna's queued documents, in the order of their numbers.
+QStringList queueTitles(const QtWorld& world) {
+    QStringList titles;
+    for (int n = 1;; ++n) {
+        const std::string name = "MultiDocanna" + std::to_string(n) + ".ps";
+        if (!world.exists(world.userSpool + name))
+            return titles;
+        const std::string content = world.root.read("spool/" + name);
+        const auto at = content.find("%%Title: ") + 9;
+        titles << QString::fromStdString(content.substr(at, content.find('\r', at) - at));
+    }
+}
+
+template <class W> W* in(qtui::QtFormWindow& window, const char* name) {
+    return qobject_cast<W*>(window.controlWidget(name));
 }
 
 } // namespace
@@ -73,11 +55,8 @@ class JobDialogActionsTest : public QObject {
     Q_OBJECT
 private slots:
     void enter_in_the_name_box_puts_the_pdf_on_the_desktop();
-    void the_access_key_of_save_opens_the_save_dialog_and_saves_there();
     void the_encryption_box_goes_through_three_states_with_a_password_profile();
-    void the_encryption_box_only_toggles_without_one();
-    void the_open_option_is_remembered_when_the_box_loses_the_focus();
-    void the_configuration_link_warns_when_the_program_is_missing();
+    void the_sort_button_opens_the_queue_modally_and_ok_applies_the_new_order();
 };
 
 void JobDialogActionsTest::enter_in_the_name_box_puts_the_pdf_on_the_desktop() {
@@ -90,40 +69,16 @@ void JobDialogActionsTest::enter_in_the_name_box_puts_the_pdf_on_the_desktop() {
     QTest::keyClicks(name, "Brief");
     QTest::keyClick(name, Qt::Key_Return);
 
-    const auto args = firstCall(scene.recordFile);
-    QVERIFY2(!args.empty(), "the converter was not called");
-    QCOMPARE(QString::fromStdString(args[0]), QStringLiteral("/3"));
-    QVERIFY(holds(args, scene.world.desktop + "Brief.pdf"));
+    // The converter is called with /3 first and the file on the desktop among its arguments.
+    std::string record;
+    QTRY_VERIFY_WITH_TIMEOUT((record = scene.world.root.read("calls.txt")).find("=== end") != std::string::npos, 10000);
+    QVERIFY2(record.find("\narg=") != std::string::npos && record.find("\narg=") == record.find("\narg=/3\n"),
+             record.c_str());
+    QVERIFY2(record.find("\narg=" + scene.world.desktop + "Brief.pdf\n") != std::string::npos, record.c_str());
     QVERIFY(!scene.world.exists(scene.world.machineSpool + "anna0001.ps")); // taken out of the watcher's sight
     QVERIFY(!scene.dialog->form().loaded);
     QTRY_VERIFY(window.isNull());
     QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
-}
-
-void JobDialogActionsTest::the_access_key_of_save_opens_the_save_dialog_and_saves_there() {
-    ActionScene scene;
-    const std::string out = scene.world.root.folder() + "out";
-    std::filesystem::create_directories(out);
-    QVERIFY(scene.open());
-    QStringList filters;
-    ModalAnswer save([&](QWidget* modal) {
-        auto* dialog = qobject_cast<QFileDialog*>(modal);
-        if (dialog == nullptr)
-            return modal->hide();
-        filters = dialog->nameFilters();
-        auto* edit = dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
-        edit->setText(QString::fromStdString(out + "/Report.PDF"));
-        QTest::keyClick(edit, Qt::Key_Return);
-    });
-
-    // "Save &As..." answers to Alt+A.
-    QTest::keyClick(scene.window(), Qt::Key_A, Qt::AltModifier);
-
-    QTRY_VERIFY(save.answered()); // the button clicks itself a moment later, as it is seen pressed
-    QCOMPARE(filters, QStringList{QStringLiteral("Paperlark File (.pdf) (*.pdf)")});
-    const auto args = firstCall(scene.recordFile);
-    QVERIFY2(holds(args, out + "/Report.pdf"), args.empty() ? "no call" : args.back().c_str());
-    QCOMPARE(QString::fromStdString(scene.world.user("LastDir")), QString::fromStdString(out));
 }
 
 void JobDialogActionsTest::the_encryption_box_goes_through_three_states_with_a_password_profile() {
@@ -134,70 +89,55 @@ void JobDialogActionsTest::the_encryption_box_goes_through_three_states_with_a_p
     auto* box = scene.widget<QCheckBox>("ckEncodePDF");
     QVERIFY(box->isVisible());
     QVERIFY(scene.buttons().EncodeTriState);
-    QCOMPARE(state(box), Qt::PartiallyChecked); // the profile decides
+    QCOMPARE(box->checkState(), Qt::PartiallyChecked); // the profile decides
 
-    QTest::mouseClick(box, Qt::LeftButton);
-    QCOMPARE(state(box), Qt::Checked);
-    QTest::mouseClick(box, Qt::LeftButton);
-    QCOMPARE(state(box), Qt::PartiallyChecked); // a ticked box goes on to grey
-    QCOMPARE(scene.control("ckEncodePDF").value, forms::Grayed);
-
-    // Its label goes round all three.
-    auto* label = scene.widget<QLabel>("lbEncodePDF");
-    QTest::mouseClick(label, Qt::LeftButton);
-    QCOMPARE(state(box), Qt::Unchecked);
-    QTest::mouseClick(label, Qt::LeftButton);
-    QCOMPARE(state(box), Qt::Checked);
-    QTest::mouseClick(label, Qt::LeftButton);
-    QCOMPARE(state(box), Qt::PartiallyChecked);
-}
-
-void JobDialogActionsTest::the_encryption_box_only_toggles_without_one() {
-    ActionScene scene;
-    scene.world.env.set("PATH", "/usr/bin:/bin");
-    QVERIFY(scene.open());
-    auto* box = scene.widget<QCheckBox>("ckEncodePDF");
-    QVERIFY(!scene.buttons().EncodeTriState);
-    QCOMPARE(state(box), Qt::Unchecked);
-    for (auto expected : {Qt::Checked, Qt::Unchecked, Qt::Checked}) {
+    for (auto expected : {Qt::Checked, Qt::PartiallyChecked}) { // a ticked box goes on to grey
         QTest::mouseClick(box, Qt::LeftButton);
-        QCOMPARE(state(box), expected);
+        QCOMPARE(box->checkState(), expected);
     }
-    QTest::mouseClick(scene.widget<QLabel>("lbEncodePDF"), Qt::LeftButton);
-    QCOMPARE(state(box), Qt::Unchecked);
-    QCOMPARE(scene.control("ckEncodePDF").value, forms::Unchecked);
+    QCOMPARE(scene.control("ckEncodePDF").value, forms::Grayed);
+    // Its label goes round all three.
+    for (auto expected : {Qt::Unchecked, Qt::Checked, Qt::PartiallyChecked}) {
+        QTest::mouseClick(scene.widget<QLabel>("lbEncodePDF"), Qt::LeftButton);
+        QCOMPARE(box->checkState(), expected);
+    }
 }
 
-void JobDialogActionsTest::the_open_option_is_remembered_when_the_box_loses_the_focus() {
-    ActionScene scene;
-    scene.world.setUser("OpenPdf", "0");
+void JobDialogActionsTest::the_sort_button_opens_the_queue_modally_and_ok_applies_the_new_order() {
+    ActionScene scene; // with three documents queued by anna
+    scene.world.writeJob(scene.world.userSpool, "MultiDocanna1.ps", "Anfang");
+    scene.world.writeJob(scene.world.userSpool, "MultiDocanna2.ps", "Mitte");
+    scene.world.writeJob(scene.world.userSpool, "MultiDocanna3.ps", "Ende");
     QVERIFY(scene.open());
-    auto* box = scene.widget<QCheckBox>("chkOpenPDF");
-    QCOMPARE(state(box), Qt::Unchecked);
+    QStringList shown;
+    QString caption;
+    bool jobDialogBlocked = false;
+    ModalAnswer answer([&](QWidget* modal) {
+        auto* sort = qobject_cast<qtui::QtFormWindow*>(modal);
+        if (sort == nullptr || sort->objectName() != QStringLiteral("frmSort"))
+            return modal->hide();
+        caption = sort->windowTitle();
+        jobDialogBlocked = sort->isModal() && !scene.window()->isActiveWindow();
+        auto* list = in<QListWidget>(*sort, "lstDocuments");
+        for (int i = 0; i < list->count(); ++i)
+            shown << list->item(i)->text();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(2)).center());
+        QTest::mouseClick(in<QPushButton>(*sort, "cmdUp"), Qt::LeftButton);
+        QTest::mouseClick(in<QPushButton>(*sort, "cmdUp"), Qt::LeftButton);
+        QDir().mkpath(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR));
+        sort->grab().save(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR "/sort_dialog.png"));
+        QTest::mouseClick(in<QPushButton>(*sort, "cmdOK"), Qt::LeftButton);
+    });
 
-    QTest::mouseClick(box, Qt::LeftButton); // the click gives it the focus too
-    QCOMPARE(state(box), Qt::Checked);
-    QCOMPARE(QString::fromStdString(scene.world.user("OpenPdf")), QStringLiteral("0"));
-    scene.widget<QLineEdit>("pdfName")->setFocus(Qt::TabFocusReason);
-    QTRY_COMPARE(QString::fromStdString(scene.world.user("OpenPdf")), QStringLiteral("1"));
+    QTest::mouseClick(scene.widget<QPushButton>("cmdSort"), Qt::LeftButton);
 
-    // Its label flips it as well.
-    QTest::mouseClick(scene.widget<QLabel>("lbOpenPDF"), Qt::LeftButton);
-    QCOMPARE(state(box), Qt::Unchecked);
-}
-
-void JobDialogActionsTest::the_configuration_link_warns_when_the_program_is_missing() {
-    ActionScene scene;
-    QVERIFY(scene.open());
-    auto seen = std::make_shared<SeenMessageBox>();
-    auto answer = answerMessageBox(QMessageBox::Ok, seen);
-
-    QTest::mouseClick(scene.widget<QLabel>("lbConfig"), Qt::LeftButton);
-
-    QVERIFY(seen->shown);
-    QCOMPARE(seen->icon, QMessageBox::Warning);
-    QVERIFY2(seen->text.contains(QStringLiteral("plucnfg")), qPrintable(seen->text));
-    QVERIFY(scene.window()->isVisible()); // the dialog goes on waiting
+    QVERIFY(answer.answered());
+    QCOMPARE(caption, QStringLiteral("MultiDoc Sort"));
+    QVERIFY(jobDialogBlocked);
+    QCOMPARE(shown, (QStringList{"1: Anfang", "2: Mitte", "3: Ende"}));
+    QCOMPARE(queueTitles(scene.world), (QStringList{"Ende", "Anfang", "Mitte"}));
+    QVERIFY(scene.window()->isVisible()); // back to the job dialog
+    QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
 }
 
 QTEST_MAIN(JobDialogActionsTest)

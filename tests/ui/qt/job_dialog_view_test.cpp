@@ -1,20 +1,25 @@
-// The job dialog on the real widgets: keys, focus, closing and the layout the policy leaves.
+// The job dialog on the real widgets: keys, focus, closing, the layout the policy leaves, and the
+// dialog as a person sees it in each look. Each picture is written to the build tree's
+// test-artifacts folder so that it can be looked at after the run.
 
+#include "dialog/appearance.h"
 #include "dialog/dialog_layout.h"
 #include "dialog_scene.h"
 #include "modal_answers.h"
-#include "ui/qt/twips.h"
+#include "ui/qt/colors.h"
 
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QDir>
+#include <QImage>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
-#include <QWindow>
 
 #include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 using namespace pl;
@@ -31,11 +36,14 @@ void offerQueuedJob(QtWorld& world) {
     world.offerJob(world.userSpool, "anna0001.ps");
 }
 
-bool jobKept(const QtWorld& w) {
-    return w.exists(w.userSpool + "anna0001.ps");
+// Whether anna's job and both documents of her queue are still there.
+bool everythingKept(const QtWorld& w) {
+    return w.exists(w.userSpool + "anna0001.ps") && w.exists(w.userSpool + "MultiDocanna1.ps") &&
+           w.exists(w.userSpool + "MultiDocanna2.ps");
 }
-bool queueKept(const QtWorld& w) {
-    return w.exists(w.userSpool + "MultiDocanna1.ps") && w.exists(w.userSpool + "MultiDocanna2.ps");
+bool everythingDeleted(const QtWorld& w) {
+    return !w.exists(w.userSpool + "anna0001.ps") && !w.exists(w.userSpool + "MultiDocanna1.ps") &&
+           !w.exists(w.userSpool + "MultiDocanna2.ps") && w.exists(w.userSpool + "MultiDocbert1.ps");
 }
 
 std::vector<QPushButton*> visibleButtons(const DialogScene& scene) {
@@ -47,32 +55,53 @@ std::vector<QPushButton*> visibleButtons(const DialogScene& scene) {
     return buttons;
 }
 
+QColor colorOf(forms::Rgb value) {
+    return qtui::toQColor(value, QPalette());
+}
+
+bool near(const QColor& a, const QColor& b) {
+    return std::abs(a.red() - b.red()) <= 3 && std::abs(a.green() - b.green()) <= 3 &&
+           std::abs(a.blue() - b.blue()) <= 3;
+}
+
+// A job with a title, two documents already queued, a support line, and Ghostscript on the path so
+// that the encryption option is offered.
+void prepare(DialogScene& scene) {
+    auto& w = scene.world;
+    w.env.set("PATH", "/usr/bin:/bin");
+    w.setMachine("Support", "Support: helpdesk@example.com, extension 4711");
+    w.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite\r\n");
+    w.root.write("suite/Fax.plp", "-sDEVICE=pdfwrite\r\n");
+    w.writeJob(w.userSpool, "MultiDocanna1.ps", "Quarterly Report 2024");
+    w.writeJob(w.userSpool, "MultiDocanna2.ps", "Appendix");
+    w.writeJob(w.userSpool, "anna0001.ps", "Appendix B");
+    w.offerJob(w.userSpool, "anna0001.ps");
+}
+
 } // namespace
 
 class JobDialogViewTest : public QObject {
     Q_OBJECT
 private slots:
     void escape_asks_and_deletes_the_job_and_the_queue_but_the_dialog_stays();
-    void escape_answered_cancel_keeps_everything();
-    void close_button_answered_no_keeps_dialog_job_and_queue();
-    void close_button_answered_yes_deletes_and_the_window_goes();
-    void typing_swallows_forbidden_characters_but_not_per_cent();
-    void pasting_puts_the_cleaned_title_into_box_and_clipboard();
-    void the_name_box_selects_all_when_it_gets_the_focus();
-    void controls_stand_where_the_model_puts_them();
+    void close_button_answered_no_keeps_everything_and_yes_deletes_and_the_window_goes();
+    void the_name_box_swallows_forbidden_characters_cleans_pastes_and_selects_all_on_focus();
     void policy_hidden_buttons_and_rows_leave_no_gap();
-    void choosing_a_profile_reaches_the_model();
-    void the_dialog_comes_to_the_front_without_staying_on_top();
+    void each_look_paints_its_background_and_keeps_it_on_repainting_data();
+    void each_look_paints_its_background_and_keeps_it_on_repainting();
 };
 
 void JobDialogViewTest::escape_asks_and_deletes_the_job_and_the_queue_but_the_dialog_stays() {
     DialogScene scene;
     offerQueuedJob(scene.world);
     QVERIFY(scene.open());
+
     auto seen = std::make_shared<SeenMessageBox>();
     auto answer = answerMessageBox(QMessageBox::Ok, seen);
 
-    QTest::keyClick(scene.widget<QLineEdit>("pdfName"), Qt::Key_Escape);
+    // Escape works wherever the focus is, not only in the name box.
+    scene.widget<QComboBox>("plProfile")->setFocus();
+    QTest::keyClick(scene.widget<QComboBox>("plProfile"), Qt::Key_Escape);
 
     QVERIFY(seen->shown);
     QCOMPARE(seen->buttons, QMessageBox::Ok | QMessageBox::Cancel);
@@ -80,100 +109,43 @@ void JobDialogViewTest::escape_asks_and_deletes_the_job_and_the_queue_but_the_di
     QCOMPARE(seen->title, QString::fromStdString(scene.world.texts.text(1)));
     QCOMPARE(seen->text,
              QString::fromStdString(scene.world.texts.text(5) + ": Angebot\n\n" + scene.world.texts.text(11)));
-    QVERIFY(!jobKept(scene.world));
-    QVERIFY(!scene.world.exists(scene.world.userSpool + "MultiDocanna1.ps"));
-    QVERIFY(!scene.world.exists(scene.world.userSpool + "MultiDocanna2.ps"));
-    QVERIFY(scene.world.exists(scene.world.userSpool + "MultiDocbert1.ps"));
+    QVERIFY(everythingDeleted(scene.world));
     QVERIFY(!scene.world.state.DialogActive);
     QVERIFY(scene.window() != nullptr && scene.window()->isVisible());
     QVERIFY(scene.dialog->form().loaded);
     QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
 }
 
-void JobDialogViewTest::escape_answered_cancel_keeps_everything() {
-    DialogScene scene;
-    offerQueuedJob(scene.world);
-    QVERIFY(scene.open());
-    auto seen = std::make_shared<SeenMessageBox>();
-    auto answer = answerMessageBox(QMessageBox::Cancel, seen);
-
-    // Escape works wherever the focus is, not only in the name box.
-    scene.widget<QComboBox>("plProfile")->setFocus();
-    QTest::keyClick(scene.widget<QComboBox>("plProfile"), Qt::Key_Escape);
-
-    QVERIFY(seen->shown);
-    QVERIFY(jobKept(scene.world));
-    QVERIFY(queueKept(scene.world));
-    QVERIFY(scene.world.state.DialogActive);
-    QVERIFY(scene.window()->isVisible());
-}
-
-void JobDialogViewTest::close_button_answered_no_keeps_dialog_job_and_queue() {
-    DialogScene scene;
-    offerQueuedJob(scene.world);
-    QVERIFY(scene.open());
-    auto seen = std::make_shared<SeenMessageBox>();
-    auto answer = answerMessageBox(QMessageBox::No, seen);
-
-    QVERIFY(!scene.window()->close());
-
-    QVERIFY(seen->shown);
-    QCOMPARE(seen->buttons, QMessageBox::Yes | QMessageBox::No);
-    QCOMPARE(seen->icon, QMessageBox::Question);
-    QVERIFY(jobKept(scene.world));
-    QVERIFY(queueKept(scene.world));
-    QVERIFY(scene.dialog->form().loaded);
-    QVERIFY(scene.world.state.DialogActive);
-    QVERIFY(scene.window() != nullptr && scene.window()->isVisible());
-}
-
-void JobDialogViewTest::close_button_answered_yes_deletes_and_the_window_goes() {
+void JobDialogViewTest::close_button_answered_no_keeps_everything_and_yes_deletes_and_the_window_goes() {
     DialogScene scene;
     offerQueuedJob(scene.world);
     QVERIFY(scene.open());
     QPointer<QWidget> window = scene.window();
-    auto answer = answerMessageBox(QMessageBox::Yes);
+    auto seen = std::make_shared<SeenMessageBox>();
+    auto no = answerMessageBox(QMessageBox::No, seen);
 
+    QVERIFY(!window->close());
+
+    QVERIFY(seen->shown);
+    QCOMPARE(seen->buttons, QMessageBox::Yes | QMessageBox::No);
+    QCOMPARE(seen->icon, QMessageBox::Question);
+    QVERIFY(everythingKept(scene.world));
+    QVERIFY(scene.dialog->form().loaded);
+    QVERIFY(scene.world.state.DialogActive);
+    QVERIFY(scene.window() != nullptr && scene.window()->isVisible());
+
+    auto yes = answerMessageBox(QMessageBox::Yes);
     window->close();
 
-    QVERIFY(answer->answered());
-    QVERIFY(!jobKept(scene.world));
-    QVERIFY(!scene.world.exists(scene.world.userSpool + "MultiDocanna1.ps"));
+    QVERIFY(yes->answered());
+    QVERIFY(everythingDeleted(scene.world));
     QVERIFY(!scene.dialog->form().loaded);
     QVERIFY(!scene.world.state.DialogActive);
     QVERIFY(scene.window() == nullptr);
     QTRY_VERIFY(window.isNull()); // gone once the event loop has left it
 }
 
-void JobDialogViewTest::typing_swallows_forbidden_characters_but_not_per_cent() {
-    DialogScene scene;
-    QVERIFY(scene.openJob("Report"));
-    auto* name = scene.widget<QLineEdit>("pdfName");
-    QTRY_VERIFY(name->hasFocus());
-
-    QTest::keyClick(name, Qt::Key_End);
-    QTest::keyClicks(name, " a:b*c?\"<x>|/\\ 50%!");
-
-    QCOMPARE(name->text(), QStringLiteral("Report abcx 50%"));
-    QCOMPARE(scene.control("pdfName").text, std::string("Report abcx 50%"));
-}
-
-void JobDialogViewTest::pasting_puts_the_cleaned_title_into_box_and_clipboard() {
-    DialogScene scene;
-    QVERIFY(scene.openJob("Report"));
-    auto* name = scene.widget<QLineEdit>("pdfName");
-    QTRY_VERIFY(name->hasFocus());
-    QGuiApplication::clipboard()->setText(QStringLiteral("Microsoft Word - Letter.doc"));
-
-    name->selectAll();
-    QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);
-
-    QCOMPARE(name->text(), QStringLiteral("Letter.doc"));
-    QCOMPARE(scene.control("pdfName").text, std::string("Letter.doc"));
-    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("Letter.doc"));
-}
-
-void JobDialogViewTest::the_name_box_selects_all_when_it_gets_the_focus() {
+void JobDialogViewTest::the_name_box_swallows_forbidden_characters_cleans_pastes_and_selects_all_on_focus() {
     DialogScene scene;
     QVERIFY(scene.openJob("Quarterly Report"));
     auto* name = scene.widget<QLineEdit>("pdfName");
@@ -183,42 +155,25 @@ void JobDialogViewTest::the_name_box_selects_all_when_it_gets_the_focus() {
     QTRY_VERIFY(name->hasFocus());
     QCOMPARE(name->selectedText(), QStringLiteral("Quarterly Report"));
 
+    QTest::keyClick(name, Qt::Key_End);
+    QTest::keyClicks(name, " a:b*c?\"<x>|/\\ 50%!");
+    QCOMPARE(name->text(), QStringLiteral("Quarterly Report abcx 50%"));
+    QCOMPARE(scene.control("pdfName").text, std::string("Quarterly Report abcx 50%"));
+
     // Tabbing into the box from the profile list selects all again.
     profiles->setFocus(Qt::MouseFocusReason);
     QTRY_VERIFY(profiles->hasFocus());
     name->deselect();
     QTest::keyClick(profiles, Qt::Key_Tab);
     QTRY_VERIFY(name->hasFocus());
-    QCOMPARE(name->selectedText(), QStringLiteral("Quarterly Report"));
+    QCOMPARE(name->selectedText(), QStringLiteral("Quarterly Report abcx 50%"));
 
-    // So does the focus the program gives it, where the toolkit alone would select nothing.
-    profiles->setFocus(Qt::MouseFocusReason);
-    name->deselect();
-    scene.world.view.setFocus(scene.dialog->form(), "pdfName");
-    QTRY_VERIFY(name->hasFocus());
-    QCOMPARE(name->selectedText(), QStringLiteral("Quarterly Report"));
-    QCOMPARE(scene.control("pdfName").selLength, 16);
-}
-
-void JobDialogViewTest::controls_stand_where_the_model_puts_them() {
-    DialogScene scene;
-    QVERIFY(scene.openJob("Report"));
-    const int tpp = scene.window()->twipsPerPixel();
-    QCOMPARE(tpp, qtui::twipsPerPixel());
-
-    for (const auto& c : scene.dialog->form().controls()) {
-        QWidget* w = scene.window()->controlWidget(c.name);
-        if (w == nullptr)
-            continue;
-        QCOMPARE(w->isVisible(), c.visible);
-        QCOMPARE(w->geometry(), QRect(c.left / tpp, c.top / tpp, c.width / tpp, c.height / tpp));
-    }
-    const auto& form = scene.dialog->form();
-    QCOMPARE(scene.window()->size(), QSize((form.width - pl::dialog::layout::FrameWidth) / tpp,
-                                           (form.height - pl::dialog::layout::FrameHeight) / tpp));
-    QCOMPARE(scene.window()->windowTitle(), QString::fromStdString(scene.world.texts.text(1)));
-    // Captions keep their access keys.
-    QCOMPARE(scene.widget<QPushButton>("cmdSave")->text(), QString::fromStdString(scene.world.texts.text(8)));
+    // A pasted title arrives cleaned, in the box and on the clipboard.
+    QGuiApplication::clipboard()->setText(QStringLiteral("Microsoft Word - Letter.doc"));
+    QTest::keyClick(name, Qt::Key_V, Qt::ControlModifier);
+    QCOMPARE(name->text(), QStringLiteral("Letter.doc"));
+    QCOMPARE(scene.control("pdfName").text, std::string("Letter.doc"));
+    QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("Letter.doc"));
 }
 
 void JobDialogViewTest::policy_hidden_buttons_and_rows_leave_no_gap() {
@@ -240,7 +195,6 @@ void JobDialogViewTest::policy_hidden_buttons_and_rows_leave_no_gap() {
     QCOMPARE(buttons[0]->x(), Margin / tpp);
     for (std::size_t i = 1; i < buttons.size(); ++i)
         QCOMPARE(buttons[i]->x() - (buttons[i - 1]->x() + buttons[i - 1]->width()), ButtonGap / tpp);
-    QVERIFY(!restricted.widget<QPushButton>("cmdSave")->isVisible());
 
     // The name row takes the place of the profile row, and everything below moves up with it.
     QVERIFY(!restricted.widget<QComboBox>("plProfile")->isVisible());
@@ -249,44 +203,66 @@ void JobDialogViewTest::policy_hidden_buttons_and_rows_leave_no_gap() {
     QCOMPARE(name->y(), full.widget<QComboBox>("plProfile")->y());
     QCOMPARE(restricted.widget<QCheckBox>("chkOpenPDF")->y() - name->y(),
              full.widget<QCheckBox>("chkOpenPDF")->y() - fullName->y());
-    QCOMPARE(buttons[0]->y() - name->y(), full.widget<QPushButton>("cmdEmail")->y() - fullName->y());
+    auto* fullEmail = full.widget<QPushButton>("cmdEmail");
+    QCOMPARE(buttons[0]->y() - name->y(), fullEmail->y() - fullName->y());
     QCOMPARE(full.window()->height() - restricted.window()->height(), RowPitch / tpp);
     // Nothing is left hanging below the buttons.
     QCOMPARE(restricted.window()->height() - (buttons[0]->y() + buttons[0]->height()),
-             full.window()->height() -
-                 (full.widget<QPushButton>("cmdEmail")->y() + full.widget<QPushButton>("cmdEmail")->height()));
+             full.window()->height() - (fullEmail->y() + fullEmail->height()));
 }
 
-void JobDialogViewTest::choosing_a_profile_reaches_the_model() {
-    DialogScene scene;
-    scene.world.root.write("suite/Fax.plp", "-sDEVICE=pdfwrite\r\n");
-    scene.world.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite\r\n");
-    QVERIFY(scene.openJob("Report"));
-    auto* profiles = scene.widget<QComboBox>("plProfile");
-    QCOMPARE(profiles->count(), 2);
-    QCOMPARE(profiles->currentText(), QStringLiteral("High Quality"));
-    const int fax = profiles->findText(QStringLiteral("Fax"));
-
-    profiles->setFocus();
-    QTest::keyClick(profiles, fax < profiles->currentIndex() ? Qt::Key_Up : Qt::Key_Down);
-
-    QCOMPARE(profiles->currentText(), QStringLiteral("Fax"));
-    QCOMPARE(scene.control("plProfile").text, std::string("Fax"));
-    QCOMPARE(scene.control("plProfile").value, fax);
+void JobDialogViewTest::each_look_paints_its_background_and_keeps_it_on_repainting_data() {
+    QTest::addColumn<QString>("style");
+    QTest::addColumn<QString>("policy");
+    QTest::addColumn<uint>("top");
+    QTest::addColumn<uint>("bottom");
+    QTest::addColumn<QStringList>("hidden");
+    using namespace pl::dialog;
+    QTest::newRow("standard") << ""
+                              << "" << StandardGradientStart << StandardGradientEnd << QStringList{};
+    QTest::newRow("vista") << "VISTA"
+                           << "" << VistaGradientStart << VistaGradientEnd << QStringList{};
+    QTest::newRow("grey") << "grey"
+                          << "" << SystemButtonFace << SystemButtonFace << QStringList{};
+    // The gradient spans the smaller window from top to bottom all the same.
+    QTest::newRow("restricted") << ""
+                                << "disableemail,disablequality,disableopenpdf,disableconfig,disablemultidoc"
+                                << StandardGradientStart << StandardGradientEnd
+                                << QStringList{"cmdEmail",   "cmdMulti",  "plProfile",
+                                               "chkOpenPDF", "lbOpenPDF", "lbConfig"};
 }
 
-void JobDialogViewTest::the_dialog_comes_to_the_front_without_staying_on_top() {
+void JobDialogViewTest::each_look_paints_its_background_and_keeps_it_on_repainting() {
+    QFETCH(QString, style);
+    QFETCH(QString, policy);
+    QFETCH(uint, top);
+    QFETCH(uint, bottom);
+    QFETCH(QStringList, hidden);
     DialogScene scene;
-    QVERIFY(scene.openJob("Report"));
-    QWindow* native = scene.window()->windowHandle();
-    QVERIFY(native->isActive());
-    QVERIFY(!(native->flags() & Qt::WindowStaysOnTopHint));
+    prepare(scene);
+    if (!style.isEmpty())
+        scene.world.setMachine("Style", style.toStdString());
+    if (!policy.isEmpty())
+        scene.world.setMachine("APol", policy.toStdString());
+    QVERIFY(scene.open());
+    for (const auto& name : hidden)
+        QVERIFY2(!scene.window()->controlWidget(name.toStdString())->isVisible(), qPrintable(name));
 
-    // Brought forward again later, it is released again too.
-    scene.world.view.bringToFront(scene.dialog->form());
-    QVERIFY(scene.window()->isActiveWindow());
-    QVERIFY(!(native->flags() & Qt::WindowStaysOnTopHint));
-    QVERIFY(!(scene.window()->windowFlags() & Qt::WindowStaysOnTopHint));
+    const QImage image = scene.window()->grab().toImage();
+    QDir().mkpath(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR));
+    QVERIFY(image.save(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR "/job_dialog_") + QTest::currentDataTag() +
+                       QStringLiteral(".png")));
+    // Points of the background near the right edge, where no control covers it: the first and last
+    // rows, and half way down evenly in between.
+    const int x = image.width() - 3, h = image.height();
+    const QColor middle = top == bottom ? colorOf(top) : colorOf(dialog::gradientColor(top, bottom, h / 2, h));
+    QVERIFY2(near(image.pixelColor(x, 1), colorOf(top)), qPrintable(image.pixelColor(x, 1).name()));
+    QVERIFY2(near(image.pixelColor(x, h / 2), middle), qPrintable(image.pixelColor(x, h / 2).name()));
+    QVERIFY2(near(image.pixelColor(x, h - 2), colorOf(bottom)), qPrintable(image.pixelColor(x, h - 2).name()));
+
+    // Every repaint paints the whole background again.
+    scene.window()->repaint();
+    QCOMPARE(scene.window()->grab().toImage(), image);
 }
 
 QTEST_MAIN(JobDialogViewTest)

@@ -6,6 +6,7 @@
 #include <QMessageBox>
 #include <QString>
 #include <QStringList>
+#include <QTimer>
 
 #include <functional>
 #include <memory>
@@ -28,18 +29,18 @@ class ModalAnswer {
 public:
     // Runs `answer` on the next modal widget that shows up within `timeoutMs`.
     explicit ModalAnswer(std::function<void(QWidget*)> answer, int timeoutMs = 10000);
-    ~ModalAnswer();
-    bool answered() const;
+    bool answered() const { return answered_; }
 
 private:
-    struct State;
-    std::shared_ptr<State> state_;
+    std::function<void(QWidget*)> answer_;
+    QTimer timer_; // looks for the box every 10 ms
+    int triesLeft_;
+    bool answered_ = false;
 };
 
-// Clicks `button` in the next message box and keeps what it showed in `seen`.
+// Clicks `button` in the next message box, or presses Escape there for NoButton, and keeps what it
+// showed in `seen`.
 std::unique_ptr<ModalAnswer> answerMessageBox(QMessageBox::StandardButton button,
                                               std::shared_ptr<SeenMessageBox> seen = nullptr);
-// Presses Escape in the next message box.
-std::unique_ptr<ModalAnswer> escapeMessageBox(std::shared_ptr<SeenMessageBox> seen = nullptr);
 
 } // namespace pl::test

@@ -46,10 +46,6 @@ void QtWorld::setMachine(const std::string& name, const std::string& value) {
     hives.registry().SetRegValue(MachineKey, name, value);
 }
 
-std::string QtWorld::user(const std::string& name) {
-    return hives.registry().GetRegValue(UserKey, name);
-}
-
 std::string QtWorld::writeJob(const std::string& folder, const std::string& name, const std::string& title) const {
     const std::string relative = std::filesystem::relative(folder + name, root.path()).string();
     return root.write(relative, "%!PS-Adobe-3.0\r\n%%Creator: a printer driver\r\n%%Title: " + title +

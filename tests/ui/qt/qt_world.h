@@ -28,7 +28,6 @@ public:
 
     void setUser(const std::string& name, const std::string& value);
     void setMachine(const std::string& name, const std::string& value);
-    std::string user(const std::string& name);
 
     // A PostScript job whose "%%Title:" comment holds `title`; returns its full path.
     std::string writeJob(const std::string& folder, const std::string& name, const std::string& title) const;

@@ -1,5 +1,5 @@
-// The resident form's view: the tray icon as the watcher shows and hides it, its clicks decoded by
-// the form's own table, the pop-up menu and its item, and the hidden form's refusal to be closed.
+// The resident form's view: the tray icon's clicks decoded by the form's own table, the pop-up menu
+// and its item, and the hidden form's refusal to be closed.
 
 #include "assistant/resident_form.h"
 #include "dialog/job_dialog_host.h"
@@ -8,8 +8,6 @@
 
 #include <QMenu>
 #include <QTest>
-
-#include <memory>
 
 using namespace pl;
 using namespace pl::test;
@@ -28,7 +26,6 @@ struct ResidentScene {
     ~ResidentScene() { world.state.DialogActive = false; }
 
     qtui::QtResidentView* window() { return world.view.residentWindow(); }
-    QSystemTrayIcon* icon() { return window()->tray().icon(); }
     void click(qtui::QtResidentView& on, QSystemTrayIcon::ActivationReason reason) {
         emit on.tray().icon()->activated(reason);
     }
@@ -55,36 +52,32 @@ QMenu* shownMenu(qtui::QtResidentView& window) {
 class ResidentViewTest : public QObject {
     Q_OBJECT
 private slots:
-    void the_tray_icon_shows_while_documents_are_queued_with_text_13_as_tip();
-    void the_context_click_opens_the_menu_and_its_item_turns_the_queue_into_a_job();
-    void clicks_are_decoded_at_the_screens_twips_per_pixel();
+    void tray_clicks_open_the_menu_and_its_item_turns_the_queue_into_a_job();
     void closing_the_hidden_form_is_refused_unless_citrix_unload_is_set();
 };
 
-void ResidentViewTest::the_tray_icon_shows_while_documents_are_queued_with_text_13_as_tip() {
+void ResidentViewTest::tray_clicks_open_the_menu_and_its_item_turns_the_queue_into_a_job() {
     ResidentScene scene;
-    QVERIFY(scene.window() != nullptr);
-    QVERIFY(!scene.window()->isVisible()); // the form itself is never seen
-    scene.resident.Timer1_Timer();
-    QVERIFY(!scene.window()->tray().isShown());
-
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna1.ps", "Queued");
-    QVERIFY(scene.trayShown());
-    QCOMPARE(scene.icon()->toolTip(), QString::fromStdString(scene.world.texts.text(13)));
-    QVERIFY(!scene.icon()->icon().isNull());
-
-    std::filesystem::remove(scene.world.userSpool + "MultiDocanna1.ps");
-    scene.resident.Timer1_Timer();
-    QVERIFY(!scene.window()->tray().isShown());
-}
-
-void ResidentViewTest::the_context_click_opens_the_menu_and_its_item_turns_the_queue_into_a_job() {
-    ResidentScene scene;
+    QCOMPARE(scene.window()->twipsPerPixel(), 15); // the offscreen screen has 96 dots per inch
     scene.world.writeJob(scene.world.userSpool, "MultiDocanna1.ps", "Queued letter");
     QVERIFY(scene.trayShown());
+    QCOMPARE(scene.window()->tray().icon()->toolTip(), QString::fromStdString(scene.world.texts.text(13)));
+
+    scene.click(*scene.window(), QSystemTrayIcon::Trigger);
+    QVERIFY(shownMenu(*scene.window()) != nullptr); // a left click opens the menu at 15
+    scene.window()->popupMenu()->close();
+    // A tray drawn on a large-font screen: 12 twips per pixel, where the form knows no left button
+    // press. The menu itself is the form's, wherever the click came from.
+    qtui::QtResidentView large(scene.resident, 12);
+    large.tray().add(QStringLiteral("tip"));
+    scene.click(large, QSystemTrayIcon::Trigger);
+    QVERIFY(shownMenu(*scene.window()) == nullptr);
+    scene.click(large, QSystemTrayIcon::Context);
+    QVERIFY(shownMenu(*scene.window()) != nullptr);
+    scene.window()->popupMenu()->close();
+    QVERIFY(scene.world.exists(scene.world.userSpool + "MultiDocanna1.ps")); // nothing was chosen
 
     scene.click(*scene.window(), QSystemTrayIcon::Context);
-
     QMenu* menu = shownMenu(*scene.window());
     QVERIFY(menu != nullptr);
     QCOMPARE(menu->actions().size(), 1);
@@ -107,43 +100,15 @@ void ResidentViewTest::the_context_click_opens_the_menu_and_its_item_turns_the_q
     QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
 }
 
-void ResidentViewTest::clicks_are_decoded_at_the_screens_twips_per_pixel() {
-    ResidentScene scene;
-    QCOMPARE(scene.window()->twipsPerPixel(), 15); // the offscreen screen has 96 dots per inch
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna1.ps", "Queued");
-    QVERIFY(scene.trayShown());
-
-    scene.click(*scene.window(), QSystemTrayIcon::Trigger);
-    QVERIFY(shownMenu(*scene.window()) != nullptr); // a left click opens the menu at 15
-    scene.window()->popupMenu()->close();
-    scene.click(*scene.window(), QSystemTrayIcon::DoubleClick);
-    QVERIFY(shownMenu(*scene.window()) == nullptr); // a double-click only brings the form forward
-
-    // A tray drawn on a large-font screen: 12 twips per pixel, where the form knows no left button
-    // press. The menu itself is the form's, wherever the click came from.
-    qtui::QtResidentView large(scene.resident, 12);
-    large.tray().add(QStringLiteral("tip"));
-    scene.click(large, QSystemTrayIcon::Trigger);
-    QVERIFY(shownMenu(*scene.window()) == nullptr);
-    scene.click(large, QSystemTrayIcon::Context);
-    QVERIFY(shownMenu(*scene.window()) != nullptr);
-    scene.window()->popupMenu()->close();
-    QVERIFY(scene.world.exists(scene.world.userSpool + "MultiDocanna1.ps")); // nothing was chosen
-}
-
 void ResidentViewTest::closing_the_hidden_form_is_refused_unless_citrix_unload_is_set() {
-    {
-        ResidentScene scene;
-        QVERIFY(!scene.window()->close());
-        QCOMPARE(scene.unloads, 0);
-        QVERIFY(!scene.world.state.quitRequested);
-    }
-    {
-        ResidentScene scene;
-        scene.world.state.CitrixUnload = true;
-        QVERIFY(scene.window()->close());
-        QCOMPARE(scene.unloads, 1);
-    }
+    ResidentScene scene;
+    QVERIFY(!scene.window()->close());
+    QCOMPARE(scene.unloads, 0);
+    QVERIFY(!scene.world.state.quitRequested);
+
+    scene.world.state.CitrixUnload = true;
+    QVERIFY(scene.window()->close());
+    QCOMPARE(scene.unloads, 1);
 }
 
 QTEST_MAIN(ResidentViewTest)
