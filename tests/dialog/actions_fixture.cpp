@@ -4,7 +4,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <sys/file.h>
 #include <sys/wait.h>
@@ -14,13 +13,6 @@
 namespace pl::test {
 
 namespace {
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 std::vector<RecordedCall> parseCalls(const std::string& record) {
     std::vector<RecordedCall> calls;
@@ -35,8 +27,6 @@ std::vector<RecordedCall> parseCalls(const std::string& record) {
         } else if (line == "=== end" && open) {
             calls.push_back(current);
             open = false;
-        } else if (line.starts_with("program=")) {
-            current.program = line.substr(8);
         } else if (line.starts_with("folder=")) {
             current.folder = line.substr(7);
         } else if (line.starts_with("arg=")) {
@@ -101,18 +91,14 @@ ActionsFixture::ActionsFixture() {
     env.set("RECORDING_CONVERTER_LOG", recordFile);
     env.set("TMPDIR", tempFolder);
     // The suite folder ("pldir") is where the converter is looked for ("plDir", the same value).
-    installRecorder(suite, "paperlark");
+    std::filesystem::copy_file(RECORDING_CONVERTER, suite + "paperlark");
     writeProfile(suite, "High Quality.plp");
-}
-
-void ActionsFixture::installRecorder(const std::string& folder, const std::string& name) const {
-    std::filesystem::copy_file(RECORDING_CONVERTER, folder + name, std::filesystem::copy_options::overwrite_existing);
 }
 
 std::vector<RecordedCall> ActionsFixture::waitForCalls(std::size_t count, std::chrono::milliseconds timeout) const {
     const auto until = std::chrono::steady_clock::now() + timeout;
     for (;;) {
-        auto calls = parseCalls(readFile(recordFile));
+        auto calls = parseCalls(root.read("calls.txt"));
         if (calls.size() >= count || std::chrono::steady_clock::now() > until)
             return calls;
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -123,21 +109,11 @@ bool ActionsFixture::noCallArrives() const {
     return waitForCalls(1, std::chrono::milliseconds(400)).empty();
 }
 
-std::string ActionsFixture::outputOfOnlyCall() const {
-    const auto calls = waitForCalls(1);
-    return calls.size() == 1 && calls[0].args.size() >= 4 ? calls[0].args[3] : "(no call)";
-}
-
 void ActionsFixture::expectOneWarning(const std::string& prompt) const {
     ASSERT_EQ(view.messages.size(), 1u);
     EXPECT_EQ(view.messages[0].prompt, prompt);
     EXPECT_EQ(view.messages[0].style, mb::Exclamation);
     EXPECT_EQ(view.messages[0].title, "Paperlark 4.12");
-}
-
-void ActionsFixture::offerMachineJob(const std::string& title, const std::string& name) {
-    writeJob(machineSpool, name, title);
-    offerJob(machineSpool, name);
 }
 
 dialog::JobDialog& ActionsFixture::openWithActions() {
@@ -148,10 +124,6 @@ dialog::JobDialog& ActionsFixture::openWithActions() {
 
 dialog::DialogJobActions& ActionsFixture::buttons() {
     return dynamic_cast<dialog::DialogJobActions&>(dialog->actions());
-}
-
-std::string ActionsFixture::logText() const {
-    return readFile(desktop + "plAssist.log");
 }
 
 } // namespace pl::test

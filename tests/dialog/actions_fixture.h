@@ -14,8 +14,7 @@ namespace pl::test {
 
 // One start of the recording converter.
 struct RecordedCall {
-    std::string program; // the program word it was started with
-    std::string folder;  // its working folder
+    std::string folder; // its working folder
     std::vector<std::string> args;
 };
 
@@ -40,25 +39,17 @@ class ActionsFixture : public DialogFixture {
 protected:
     ActionsFixture();
 
-    // The recording converter as `name` in `folder`.
-    void installRecorder(const std::string& folder, const std::string& name) const;
     // The calls recorded so far, after waiting until at least `count` have arrived (or a timeout).
     std::vector<RecordedCall> waitForCalls(std::size_t count,
                                            std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
     // No call arrives within a moment.
     bool noCallArrives() const;
-    // The output argument of the one call that arrived, or "(no call)".
-    std::string outputOfOnlyCall() const;
     // The one message shown was `prompt`, with the exclamation icon and the program's title.
     void expectOneWarning(const std::string& prompt) const;
 
-    // A job in the machine spool folder, offered to the dialog.
-    void offerMachineJob(const std::string& title = "Report", const std::string& name = "anna0001.ps");
     // The dialog for the offered job with the program's own actions, loaded.
     dialog::JobDialog& openWithActions();
     dialog::DialogJobActions& buttons();
-    // The debug log's text.
-    std::string logText() const;
 
     std::string recordFile; // where the recording converter writes
     std::string tempFolder; // the user's temporary folder ("temp")

@@ -3,14 +3,9 @@
 #include "dialog/settings.h"
 #include "platform/registry.h"
 
-#include <algorithm>
 #include <filesystem>
 
 namespace pl::test {
-
-bool ActionLog::called(std::string_view call) const {
-    return std::find(calls.begin(), calls.end(), call) != calls.end();
-}
 
 DialogFixture::DialogFixture() {
     machineSpool = root.folder() + "machine/";
@@ -84,17 +79,13 @@ std::string DialogFixture::writeQueued(int n, const std::string& title) const {
     return writeJob(userSpool, "MultiDocanna" + std::to_string(n) + ".ps", title);
 }
 
-dialog::JobDialog& DialogFixture::openDialog() {
-    dialog = std::make_unique<dialog::JobDialog>(*context, dialog::noActions);
-    dialog->Load();
-    return *dialog;
+void DialogFixture::offerMachineJob(const std::string& title, const std::string& name) {
+    writeJob(machineSpool, name, title);
+    offerJob(machineSpool, name);
 }
 
-dialog::JobDialog& DialogFixture::openDialogRecording() {
-    dialog = std::make_unique<dialog::JobDialog>(*context, [this](dialog::JobDialog&) {
-        return dialog::DialogActions{std::make_unique<RecordingJobActions>(actionLog),
-                                     std::make_unique<RecordingDefaultActions>(actionLog)};
-    });
+dialog::JobDialog& DialogFixture::openDialog() {
+    dialog = std::make_unique<dialog::JobDialog>(*context, dialog::noActions);
     dialog->Load();
     return *dialog;
 }

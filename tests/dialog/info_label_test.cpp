@@ -8,91 +8,68 @@
 namespace pl::test {
 namespace {
 
+namespace fs = std::filesystem;
 using namespace dialog::layout;
-
-// The dialog's width once the policy took back cmdSort's room.
-constexpr int WidthWithoutSort = FourButtonWidth;
-constexpr int WidthWithSort = FourButtonWidth + SortWidth + 160;
 
 class info_label : public DialogFixture {
 protected:
-    info_label() {
-        // The job itself waits in the machine's folder, so it is not among the user's waiting jobs.
-        writeJob(machineSpool, "anna0001.ps", "Report");
-        offerJob(machineSpool, "anna0001.ps");
-    }
     std::string count(int text, int n) { return text::replaceAll(texts.text(text), "$1$", std::to_string(n)); }
 };
 
-TEST_F(info_label, nothing_queued_nothing_waiting_leaves_the_label_empty_and_sort_hidden) {
-    auto& d = openDialog();
-    EXPECT_EQ(d.control("lbInfo").caption, "");
-    EXPECT_FALSE(d.control("cmdSort").visible);
-    EXPECT_EQ(d.form().width, WidthWithoutSort);
-    EXPECT_EQ(d.GetMultiDocFiles(), "");
-}
+// Each state of the spool folders is checked on a freshly loaded dialog and on one that was open
+// all along and only heard the timer.
+TEST_F(info_label, counts_queued_documents_up_to_the_first_gap_and_this_users_waiting_jobs) {
+    const std::string ts = root.folder() + "ts/";
+    struct Case {
+        std::vector<int> queued;
+        std::vector<std::string> waiting; // in the user's spool folder
+        int onServer;                     // jobs waiting on the terminal server
+        std::string caption;
+        std::string multiDocFiles;
+    };
+    const std::string q = userSpool + "MultiDocanna";
+    const Case cases[] = {
+        {{}, {}, 0, "", ""},
+        {{1}, {"anna0002.ps"}, 0, texts.text(14) + "\r\n" + texts.text(16) + "\r\n", "\"" + q + "1.ps\" "},
+        // 4 waits behind the gap at 3; names match without regard to case; bert's are not counted
+        {{1, 2, 4},
+         {"anna0002.ps", "Anna0003.ps", "bert0001.ps"},
+         0,
+         count(15, 2) + "\r\n" + count(17, 2) + "\r\n",
+         "\"" + q + "1.ps\" \"" + q + "2.ps\" "},
+        {{2}, {"anna0002.ps"}, 2, count(17, 3) + "\r\n", ""},
+        {{}, {}, 0, "", ""},
+    };
+    offerMachineJob(); // in the machine's folder: not one of the user's waiting jobs
+    dialog::JobDialog open(*context, dialog::noActions);
+    open.Load();
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.caption);
+        fs::remove_all(userSpool);
+        fs::remove_all(ts);
+        fs::create_directories(userSpool);
+        fs::create_directories(ts);
+        for (int n : c.queued)
+            writeQueued(n);
+        for (const auto& name : c.waiting)
+            writeJob(userSpool, name, "Waiting");
+        for (int n = 1; n <= c.onServer; ++n)
+            writeJob(ts, "anna-ts000" + std::to_string(n) + ".ps", "On the server");
+        state.TsPath = ts.substr(0, ts.size() - 1);
+        state.TsName = "anna-ts";
 
-TEST_F(info_label, one_queued_document_and_one_waiting_job) {
-    writeQueued(1);
-    writeJob(userSpool, "anna0002.ps", "Next");
-
-    auto& d = openDialog();
-
-    EXPECT_EQ(d.control("lbInfo").caption, texts.text(14) + "\r\n" + texts.text(16) + "\r\n");
-    EXPECT_TRUE(d.control("cmdSort").visible);
-    EXPECT_EQ(d.form().width, WidthWithSort);
-}
-
-TEST_F(info_label, several_queued_and_waiting_are_counted_up_to_the_first_gap_in_the_queue) {
-    writeQueued(1);
-    writeQueued(2);
-    writeQueued(4); // behind the gap at 3: waits until the gap is filled
-    writeJob(userSpool, "anna0002.ps", "Next");
-    writeJob(userSpool, "Anna0003.ps", "Next"); // names match without regard to case
-    writeJob(userSpool, "bert0001.ps", "Somebody else's");
-
-    auto& d = openDialog();
-
-    EXPECT_EQ(d.control("lbInfo").caption, count(15, 2) + "\r\n" + count(17, 2) + "\r\n");
-    EXPECT_EQ(d.GetMultiDocFiles(), "\"" + userSpool + "MultiDocanna1.ps\" \"" + userSpool + "MultiDocanna2.ps\" ");
-}
-
-TEST_F(info_label, jobs_waiting_on_the_terminal_server_count_too) {
-    const std::string ts = root.folder() + "ts";
-    std::filesystem::create_directories(ts);
-    writeJob(ts + "/", "anna-ts0001.ps", "On the server");
-    writeJob(ts + "/", "anna-ts0002.ps", "On the server");
-    writeJob(userSpool, "anna0002.ps", "Next");
-    state.TsPath = ts;
-    state.TsName = "anna-ts";
-
-    EXPECT_EQ(openDialog().control("lbInfo").caption, count(17, 3) + "\r\n");
-}
-
-TEST_F(info_label, the_timer_keeps_label_and_sort_button_current) {
-    writeQueued(1);
-    auto& d = openDialog();
-    ASSERT_TRUE(d.control("cmdSort").visible);
-    ASSERT_EQ(d.form().width, WidthWithSort);
-
-    writeQueued(2);
-    d.Timer1_Timer();
-    EXPECT_EQ(d.control("lbInfo").caption, count(15, 2) + "\r\n");
-    EXPECT_EQ(d.form().width, WidthWithSort); // shown already: not widened twice
-
-    std::filesystem::remove(userSpool + "MultiDocanna1.ps");
-    d.Timer1_Timer();
-    EXPECT_EQ(d.control("lbInfo").caption, "");
-    EXPECT_FALSE(d.control("cmdSort").visible);
-    EXPECT_EQ(d.form().width, WidthWithoutSort);
-}
-
-TEST_F(info_label, the_sort_button_fits_the_dialog_that_shows_it) {
-    writeQueued(1);
-    const auto& d = openDialog();
-    const auto& sort = d.control("cmdSort");
-    EXPECT_EQ(sort.left, buttonLeft(4));
-    EXPECT_LE(sort.left + sort.width + Margin + FrameWidth, d.form().width);
+        open.Timer1_Timer();
+        for (auto* d : {&open, &openDialog()}) {
+            EXPECT_EQ(d->control("lbInfo").caption, c.caption);
+            EXPECT_EQ(d->GetMultiDocFiles(), c.multiDocFiles);
+            const auto& sort = d->control("cmdSort");
+            EXPECT_EQ(sort.visible, !c.multiDocFiles.empty());
+            // Shown once, widened once, and narrowed again when the queue is gone.
+            EXPECT_EQ(d->form().width, sort.visible ? FourButtonWidth + SortWidth + 160 : FourButtonWidth);
+            EXPECT_EQ(sort.left, buttonLeft(4));
+            EXPECT_TRUE(!sort.visible || sort.left + sort.width + Margin + FrameWidth <= d->form().width);
+        }
+    }
 }
 
 } // namespace

@@ -1,11 +1,15 @@
 #include "actions_fixture.h"
 
+#include "dialog/sort/queue_reorder.h"
+#include "dialog/sort/sort_form.h"
+
 #include <filesystem>
 
 namespace pl::test {
 namespace {
 
 namespace fs = std::filesystem;
+using Titles = std::vector<std::string>;
 
 class multidoc : public ActionsFixture {
 protected:
@@ -14,55 +18,96 @@ protected:
         offerMachineJob(title, name);
         openWithActions().actions().cmdMulti_Click();
     }
+    dialog::SortForm& openSort() {
+        openWithActions().actions().cmdSort_Click();
+        return *buttons().sortForm();
+    }
+    // The titles of the queue files in number order, as long as the run is unbroken.
+    Titles queueTitles() const {
+        Titles titles;
+        for (int n = 1; fs::exists(queued(n)); ++n) {
+            const std::string content = root.read("spool/MultiDocanna" + std::to_string(n) + ".ps");
+            const auto at = content.find("%%Title: ") + 9;
+            titles.push_back(content.substr(at, content.find('\r', at) - at));
+        }
+        return titles;
+    }
+    std::size_t leftovers() const {
+        std::size_t count = 0;
+        for (const auto& entry : fs::directory_iterator(userSpool))
+            count += entry.path().string().ends_with(".sort") ? 1 : 0;
+        return count;
+    }
 };
 
-TEST_F(multidoc, the_first_document_opens_the_queue_and_nothing_is_converted) {
-    queueJob("Kapitel 1", "anna0001.ps");
-
-    EXPECT_TRUE(fs::exists(queued(1)));
-    EXPECT_NE(root.read("spool/MultiDocanna1.ps").find("%%Title: Kapitel 1"), std::string::npos);
+TEST_F(multidoc, queues_under_the_lowest_free_number_and_the_next_conversion_passes_the_whole_run) {
+    writeJob(userSpool, "MultiDocbert1.ps", "Bert's"); // another user's queue is not counted
+    queueJob("Eins", "anna0001.ps");
     EXPECT_FALSE(fs::exists(machineSpool + "anna0001.ps"));
-    EXPECT_EQ(dialog->control("pdfName").text, "Kapitel 1");
     EXPECT_FALSE(dialog->form().loaded);
     EXPECT_FALSE(state.DialogActive);
-    EXPECT_TRUE(noCallArrives());
-}
-
-TEST_F(multidoc, fills_the_lowest_free_number_and_the_next_conversion_passes_the_whole_run) {
-    writeQueued(1, "Eins");
     writeQueued(3, "Drei");
-    queueJob("Zwei", "anna0001.ps");
-    EXPECT_NE(root.read("spool/MultiDocanna2.ps").find("%%Title: Zwei"), std::string::npos);
+    queueJob("Zwei", "anna0002.ps");
+    EXPECT_EQ(queueTitles(), (Titles{"Eins", "Zwei", "Drei"}));
+    EXPECT_TRUE(noCallArrives());
 
-    offerMachineJob("Vier", "anna0002.ps");
+    offerMachineJob("Vier", "anna0003.ps");
     openWithActions().actions().cmdDesktop_Click();
     const auto calls = waitForCalls(1);
     ASSERT_EQ(calls.size(), 1u);
-    ASSERT_EQ(calls[0].args.size(), 8u);
-    EXPECT_EQ(calls[0].args[4], queued(1));
-    EXPECT_EQ(calls[0].args[5], queued(2));
-    EXPECT_EQ(calls[0].args[6], queued(3));
-    EXPECT_EQ(calls[0].args[3], desktop + "Eins.pdf"); // named after the collection's first document
+    EXPECT_EQ(calls[0].args,
+              (std::vector<std::string>{"/3", "delps,save,open,nocode", "High Quality", desktop + "Eins.pdf", queued(1),
+                                        queued(2), queued(3), state.PsFile}));
 }
 
-TEST_F(multidoc, another_users_queue_is_not_counted) {
-    writeJob(userSpool, "MultiDocbert1.ps", "Bert's");
-    queueJob("Annas", "anna0001.ps");
-    EXPECT_TRUE(fs::exists(queued(1)));
+TEST_F(multidoc, sorting_renames_the_queue_into_the_new_order) {
+    writeQueued(1, "Anfang");
+    writeQueued(2, "Mitte");
+    writeQueued(3, "Ende");
+    offerMachineJob("Neu");
+    auto& sort = openSort();
+    EXPECT_EQ(sort.control("lstDocuments").items, (Titles{"1: Anfang", "2: Mitte", "3: Ende"}));
+    sort.control("lstDocuments").value = 2;
+    sort.cmdUp_Click();
+    sort.cmdUp_Click();
+    EXPECT_EQ(sort.control("lstDocuments").items, (Titles{"1: Ende", "2: Anfang", "3: Mitte"}));
+    EXPECT_EQ(sort.control("lstDocuments").value, 0);
+    sort.cmdUp_Click(); // already at the top
+    sort.control("lstDocuments").value = 1;
+    sort.cmdDown_Click();
+    EXPECT_EQ(sort.control("lstDocuments").items, (Titles{"1: Ende", "2: Mitte", "3: Anfang"}));
+
+    sort.cmdOK_Click();
+
+    EXPECT_FALSE(sort.loaded);
+    EXPECT_EQ(queueTitles(), (Titles{"Ende", "Mitte", "Anfang"}));
+    EXPECT_EQ(leftovers(), 0u);
 }
 
-TEST_F(multidoc, a_spool_folder_removed_meanwhile_is_created_again) {
-    fs::remove_all(userSpool);
-    queueJob("Kapitel 1", "anna0001.ps");
-    EXPECT_TRUE(fs::exists(queued(1)));
-}
+TEST_F(multidoc, a_sort_interrupted_in_either_round_is_finished_at_the_next_opening_and_loses_nothing) {
+    writeQueued(1, "Anfang");
+    writeQueued(2, "Mitte");
+    writeQueued(3, "Ende");
+    writeJob(userSpool, "MultiDocannabel1.ps.sort", "Annabel's"); // another user's: left alone
+    ASSERT_TRUE(dialog::moveAsideInNewOrder(os->files(), userSpool, "anna", {3, 1, 2}));
+    // Between the two rounds only the temporary names are left: the queue has no first document.
+    EXPECT_TRUE(queueTitles().empty());
+    offerMachineJob("Neu");
 
-TEST_F(multidoc, the_debug_log_names_the_job_folder_for_the_queue_file) {
-    state.DebugMode = "1";
-    queueJob("Kapitel 1", "anna0001.ps");
-    const std::string log = logText();
-    EXPECT_NE(log.find("MultiDoc...\r\n"), std::string::npos);
-    EXPECT_NE(log.find("Datei hinterlegen als " + machineSpool + "MultiDocanna1.ps\r\n"), std::string::npos) << log;
+    auto& d = openWithActions();
+
+    EXPECT_EQ(queueTitles(), (Titles{"Ende", "Anfang", "Mitte"}));
+    EXPECT_EQ(leftovers(), 1u);
+    EXPECT_TRUE(fs::exists(userSpool + "MultiDocannabel1.ps.sort"));
+    EXPECT_NE(d.control("lbInfo").caption.find("3 previous documents"), std::string::npos);
+    EXPECT_TRUE(d.control("cmdSort").visible);
+
+    // In the first round: "Anfang" had gone to its temporary name for place 1 when the program stopped.
+    fs::rename(queued(2), queued(1) + ".sort");
+    auto& sort = openSort();
+    EXPECT_EQ(leftovers(), 1u);
+    EXPECT_EQ(queueTitles(), (Titles{"Ende", "Anfang", "Mitte"}));
+    EXPECT_EQ(sort.control("lstDocuments").items.size(), 3u);
 }
 
 } // namespace

@@ -1,9 +1,7 @@
 #include "actions_fixture.h"
 
-#include "dialog/actions/output_names.h"
-#include "dialog/settings.h"
-
 #include <filesystem>
+#include <optional>
 
 namespace pl::test {
 namespace {
@@ -12,40 +10,8 @@ namespace fs = std::filesystem;
 
 class saving : public ActionsFixture {
 protected:
-    saving() { offerMachineJob("Report"); }
-    std::string saveAs(const std::optional<std::string>& answer) {
-        view.saveAnswers.push_back(answer);
-        openWithActions().actions().cmdSave_Click();
-        return outputOfOnlyCall();
-    }
+    saving() { offerMachineJob(); }
 };
-
-TEST_F(saving, asks_with_the_save_dialog_for_the_output_format_and_the_proposed_name) {
-    EXPECT_EQ(saveAs(out + "Report.pdf"), out + "Report.pdf");
-
-    ASSERT_EQ(view.saveRequests.size(), 1u);
-    const auto& request = view.saveRequests[0];
-    EXPECT_EQ(request.filter, std::string("Paperlark File     (.pdf)\0*.pdf", 31));
-    EXPECT_EQ(request.defaultExt, "");
-    EXPECT_EQ(request.initDir, ""); // no "LastDir" yet
-    EXPECT_EQ(request.fileName, "Report");
-    EXPECT_TRUE(request.overwritePrompt);
-    EXPECT_TRUE(request.pathMustExist);
-    EXPECT_FALSE(dialog->form().loaded);
-    EXPECT_TRUE(view.saw("hide plDialog1"));
-}
-
-TEST_F(saving, remembers_the_chosen_folder_for_the_next_save) {
-    fs::create_directories(out + "Archiv 2024");
-    saveAs(out + "Archiv 2024/Report.pdf");
-    EXPECT_EQ(user("LastDir"), out + "Archiv 2024");
-
-    offerMachineJob("Next", "anna0002.ps");
-    view.saveAnswers.push_back(out + "Next.pdf");
-    openWithActions().actions().cmdSave_Click();
-    ASSERT_EQ(view.saveRequests.size(), 2u);
-    EXPECT_EQ(view.saveRequests[1].initDir, out + "Archiv 2024");
-}
 
 TEST_F(saving, cancelled_or_with_a_question_mark_gives_the_job_back_and_converts_nothing) {
     for (const std::optional<std::string>& answer :
@@ -67,95 +33,86 @@ TEST_F(saving, cancelled_or_with_a_question_mark_gives_the_job_back_and_converts
     EXPECT_EQ(user("LastDir"), "");
 }
 
-TEST_F(saving, a_file_held_open_elsewhere_is_not_overwritten_but_a_numbered_name_is_used) {
+TEST_F(saving, a_file_held_open_elsewhere_gets_a_numbered_name_and_the_suffix_is_repaired_after_that_test) {
     root.write("out/Report.pdf", "last month's report");
-    for (auto lock : {FileHolder::Lock::Flock, FileHolder::Lock::RecordLock}) {
-        FileHolder viewer(out + "Report.pdf", lock);
-        ASSERT_TRUE(viewer.holding());
-        auto& d = openWithActions();
-        view.saveAnswers.push_back(out + "Report.pdf");
-        d.actions().cmdSave_Click();
-        offerMachineJob("Report", "anna000" + std::to_string(static_cast<int>(lock) + 2) + ".ps");
-    }
-    const auto calls = waitForCalls(2);
-    ASSERT_EQ(calls.size(), 2u);
-    EXPECT_EQ(calls[0].args[3], out + "Report (1).pdf");
-    EXPECT_EQ(calls[1].args[3], out + "Report (1).pdf");
-    EXPECT_EQ(root.read("out/Report.pdf"), "last month's report");
-}
+    struct Case {
+        std::optional<FileHolder::Lock> lock; // of another process on "Report.pdf"
+        std::string answer, output;
+    };
+    const Case cases[] = {
+        {FileHolder::Lock::Flock, out + "Report.pdf", out + "Report (1).pdf"},
+        {FileHolder::Lock::RecordLock, out + "Report.pdf", out + "Report (1).pdf"},
+        {std::nullopt, out + "Report.pdf", out + "Report.pdf"}, // nobody holds it: the converter overwrites it
+        {FileHolder::Lock::Flock, out + "Report", out + "Report.pdf"},
+    };
+    std::size_t job = 0;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.answer << " " << (c.lock ? static_cast<int>(*c.lock) : -1));
+        std::optional<FileHolder> viewer;
+        if (c.lock) {
+            viewer.emplace(out + "Report.pdf", *c.lock);
+            ASSERT_TRUE(viewer->holding());
+        }
+        offerMachineJob("Report", "anna" + std::to_string(++job) + ".ps");
+        view.saveAnswers.push_back(c.answer);
+        openWithActions().actions().cmdSave_Click();
 
-TEST_F(saving, an_existing_file_nobody_holds_is_left_for_the_converter_to_overwrite) {
-    root.write("out/Report.pdf", "old");
-    EXPECT_EQ(saveAs(out + "Report.pdf"), out + "Report.pdf");
-    EXPECT_EQ(root.read("out/Report.pdf"), "old");
+        const auto calls = waitForCalls(job);
+        ASSERT_EQ(calls.size(), job);
+        EXPECT_EQ(calls.back().args[3], c.output);
+        ASSERT_EQ(view.saveRequests.size(), job);
+        EXPECT_EQ(view.saveRequests.back().fileName, "Report");
+        EXPECT_EQ(view.saveRequests.back().filter, std::string("Paperlark File     (.pdf)\0*.pdf", 31));
+        EXPECT_EQ(view.saveRequests.back().initDir, job == 1 ? "" : out.substr(0, out.size() - 1)); // "LastDir"
+    }
+    EXPECT_EQ(root.read("out/Report.pdf"), "last month's report");
     EXPECT_FALSE(fs::exists(out + "~Report.pdf"));
 }
 
-TEST_F(saving, repairs_the_extension_after_the_open_file_test) {
-    EXPECT_EQ(saveAs(out + "report.PDF"), out + "report.pdf");
-}
-
-TEST_F(saving, a_chosen_name_without_extension_gets_the_output_suffix) {
-    EXPECT_EQ(saveAs(out + "Report"), out + "Report.pdf");
-}
-
-TEST_F(saving, image_output_puts_the_page_pattern_before_the_suffix) {
-    root.write("suite/High Quality.plp", "-sDEVICE=png16m -r150\r\n");
-    EXPECT_EQ(saveAs(out + "Scan.PNG"), out + "Scan - %02d.png");
-}
-
-TEST_F(saving, the_automatic_save_with_an_empty_path_converts_nothing_and_closes) {
-    auto& d = openWithActions();
-    buttons().AutoActionSave("");
-    EXPECT_FALSE(d.form().loaded);
-    EXPECT_TRUE(noCallArrives());
-}
-
-TEST_F(saving, the_automatic_save_repairs_the_extension_and_leaves_existing_files_to_the_converter) {
-    root.write("out/Fixed.pdf", "old");
-    FileHolder viewer(out + "Fixed.pdf", FileHolder::Lock::Flock);
-    openWithActions();
-    buttons().AutoActionSave("  " + out + "Fixed  ");
-    const auto calls = waitForCalls(1);
-    ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].args[3], out + "Fixed.pdf");
-}
-
-TEST(output_names, the_automatic_save_checks_a_four_character_ending) {
+// Desktop (by button or by Enter in the name box) and E-mail name their file after the name box.
+TEST_F(saving, desktop_and_email_number_a_taken_name_and_fill_an_empty_name_box) {
+    root.write("desktop/Report.pdf", "yesterday's");
+    root.write("desktop/Report (1).pdf", "the day before");
+    root.write("spool/Invoice.pdf", "sent last week");
+    FileHolder mailer(userSpool + "Invoice.pdf", FileHolder::Lock::Flock);
+    ASSERT_TRUE(mailer.holding());
+    enum Action { Desktop, Enter, Email };
     struct Case {
-        const char* name;
-        const char* suffix;
-        const char* repaired;
+        Action action;
+        std::string nameBox, output;
     };
-    for (const Case& c : {Case{"   ", ".pdf", "Paperlark File.pdf"}, Case{"ab", ".pdf", "ab.pdf"},
-                          Case{"ab.PDF", ".pdf", "ab.PDF"}, Case{" Bericht ", ".pdf", "Bericht.pdf"},
-                          Case{"x.ps", ".ps", "x.ps.ps"}, Case{"Übersicht.pdf", ".pdf", "Übersicht.pdf"}}) {
-        std::string name = c.name;
-        dialog::CheckForPdfExt(name, c.suffix);
-        EXPECT_EQ(name, c.repaired) << c.name;
-    }
-}
-
-TEST(output_names, check_suffix_looks_one_character_too_far_and_so_always_appends) {
-    struct Case {
-        const char* name;
-        const char* suffix;
-        const char* checked;
+    const Case cases[] = {
+        {Desktop, "Report", desktop + "Report (2).pdf"},
+        {Enter, "Report", desktop + "Report (2).pdf"},
+        {Desktop, "", desktop + "Paperlark_XP PDF.pdf"},
+        {Desktop, "ab", desktop + "ab.pdf"}, // a short name gets its suffix once
+        {Email, "", userSpool + "Paperlark_XP PDF.pdf"},
+        {Email, "Invoice.pdf", userSpool + "Invoice (1).pdf"},
+        // The open-file test sees the name before its suffix is repaired: "Invoice" is not held.
+        {Email, "Invoice", userSpool + "Invoice.pdf"},
     };
-    for (const Case& c : {Case{"report", ".pdf", "report.pdf"}, Case{"report.pdf", ".pdf", "report.pdf.pdf"},
-                          Case{"  ", ".pdf", "Paperlark_XP Created File.pdf"}, Case{"report", "", "report"}}) {
-        std::string name = c.name;
-        dialog::CheckSuffix(name, c.suffix);
-        EXPECT_EQ(name, c.checked) << c.name;
-    }
-}
+    std::size_t job = 0;
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.action << " \"" << c.nameBox << "\"");
+        offerMachineJob("Report", "anna" + std::to_string(++job) + ".ps");
+        auto& d = openWithActions();
+        d.control("pdfName").text = c.nameBox;
+        int key = dialog::KeyEnter;
+        if (c.action == Enter)
+            d.pdfName_KeyPress(key);
+        else if (c.action == Desktop)
+            d.actions().cmdDesktop_Click();
+        else
+            d.actions().cmdEmail_Click();
 
-TEST(output_names, the_name_box_repair_counts_characters_not_bytes) {
-    EXPECT_EQ(dialog::repairNameBoxSuffix("Bericht.PDF", ".pdf", ""), "Bericht.pdf");
-    EXPECT_EQ(dialog::repairNameBoxSuffix("Grüße", ".pdf", ""), "Grüße.pdf");
-    EXPECT_EQ(dialog::repairNameBoxSuffix("äö.png", ".png", " - %02d"), "äö - %02d.png");
-    EXPECT_EQ(dialog::repairSavedPathSuffix(".pdf", ".pdf", ""), ".pdf");
-    EXPECT_EQ(dialog::repairNameBoxSuffix(".pdf", ".pdf", ""), ".pdf");
+        const auto calls = waitForCalls(job);
+        ASSERT_EQ(calls.size(), job);
+        EXPECT_EQ(calls.back().args[3], c.output);
+        // The name box shows what was written.
+        EXPECT_EQ(d.control("pdfName").text, c.action == Email ? c.output : fs::path(c.output).filename().string());
+    }
+    EXPECT_EQ(root.read("desktop/Report.pdf"), "yesterday's");
+    EXPECT_EQ(root.read("spool/Invoice.pdf"), "sent last week");
 }
 
 } // namespace
