@@ -58,6 +58,19 @@ TEST_F(automatic_actions, a_job_naming_its_profile_runs_the_profiles_action_with
     EXPECT_EQ(root.read("out/fix.pdf"), "replaced by the converter"); // left for the converter to replace
 }
 
+// Profiles come from Windows editors as 8-bit text: a "Büro" folder there is the folder "Büro".
+TEST_F(automatic_actions, a_savedir_folder_from_an_8bit_profile_keeps_its_umlaut) {
+    const std::string folder = root.folder() + "Ablage/B\xC3\xBCro";
+    fs::create_directories(folder);
+    root.write("suite/Archiv.plp",
+               "-sDEVICE=pdfwrite\r\nplassist=savedir\r\nplassist2=" + root.folder() + "Ablage/B\xFCro\r\n");
+    offerMachineJob("Report", "anna~profile~Archiv.ps");
+    openWithActions();
+    const auto calls = waitForCalls(1);
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].args[3], folder + "/Report.pdf");
+}
+
 TEST_F(automatic_actions, the_users_default_action_wins_over_the_machines_unless_unknown) {
     struct Case {
         std::string user, machine;

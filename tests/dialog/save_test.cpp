@@ -1,5 +1,7 @@
 #include "actions_fixture.h"
 
+#include "dialog/actions/open_file_check.h"
+
 #include <filesystem>
 #include <optional>
 
@@ -113,6 +115,24 @@ TEST_F(saving, desktop_and_email_number_a_taken_name_and_fill_an_empty_name_box)
     }
     EXPECT_EQ(root.read("desktop/Report.pdf"), "yesterday's");
     EXPECT_EQ(root.read("spool/Invoice.pdf"), "sent last week");
+}
+
+} // namespace
+} // namespace pl::test
+
+namespace pl::test {
+namespace {
+
+// The open-file test renames the file aside and back; when it cannot come back (a stale "~" file of
+// the same name took its place), the user's file must not vanish unnoticed.
+TEST_F(saving, a_file_that_cannot_be_put_back_after_the_open_file_test_is_reported) {
+    root.write("out/Report.pdf", "current");
+    root.write("out/~Report.pdf", "stale");
+    EXPECT_EQ(dialog::CheckOpenFile(out + "Report.pdf", os->files(), naming, errors), out + "Report.pdf");
+    ASSERT_EQ(errors.entries.size(), 1u);
+    EXPECT_EQ(errors.entries[0].tag, "CheckOpenFile");
+    EXPECT_EQ(root.read("out/Report.pdf"), "current");
+    errors.entries.clear(); // expected: the fixture fails a test on any other report
 }
 
 } // namespace
