@@ -2,6 +2,7 @@
 
 #include "platform/environment_expand.h"
 #include "platform/paths.h"
+#include "platform/suite_settings.h"
 
 #include <charconv>
 
@@ -9,10 +10,8 @@ namespace pl::converter {
 
 namespace {
 
-constexpr std::string_view kUserKey = "HKCU\\Software\\tobrin\\PaperlarkXP";
-constexpr std::string_view kMachineKey = "HKLM\\Software\\tobrin\\PaperlarkXP";
-// The registry's marker for a value that is not there.
-constexpr std::string_view kNotFound = "nicht gefunden";
+constexpr std::string_view kUserKey = platform::SuiteUserKey;
+constexpr std::string_view kMachineKey = platform::SuiteMachineKey;
 
 // A value that cannot be read (a broken store, a number too large for text) counts as not set:
 // the converter never refuses a job over a setting.
@@ -21,7 +20,7 @@ std::string readValue(const platform::Registry* registry, std::string_view key, 
         return {};
     try {
         std::string value = registry->GetRegValue(key, name);
-        return value == kNotFound ? std::string() : value;
+        return platform::isAbsent(value) ? std::string() : value;
     } catch (...) {
         return {};
     }

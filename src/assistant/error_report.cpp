@@ -75,7 +75,7 @@ std::string ErrorReport::read(std::string_view key, std::string_view name) const
 }
 
 std::string ErrorReport::suiteFolder() const {
-    std::string folder = read("HKLM\\Software\\tobrin\\paperlarkxp", "pldir");
+    std::string folder = read(MachineKey, "pldir");
     return platform::ReplaceEnviron(folder, os_.environment());
 }
 
@@ -91,9 +91,9 @@ void ErrorReport::report(std::string_view tag, std::string_view step, const Runt
 }
 
 bool ErrorReport::disabled() const {
-    std::string value = read("HKLM\\Software\\tobrin\\paperlarkxp", "DisableErr");
+    std::string value = read(MachineKey, "DisableErr");
     if (value.empty())
-        value = read("HKCU\\Software\\tobrin\\paperlarkxp", "DisableErr");
+        value = read(UserKey, "DisableErr");
     return !value.empty();
 }
 

@@ -4,6 +4,7 @@
 #include "naming/title_cleanup.h"
 #include "platform/environment_expand.h"
 #include "platform/paths.h"
+#include "platform/suite_settings.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -13,9 +14,8 @@ namespace pl::assistant {
 
 namespace {
 
-constexpr std::string_view ShellFoldersKey =
-    "HKCU\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
-constexpr std::string_view SuiteKeys[] = {"HKCU\\Software\\tobrin\\paperlarkxp", "HKLM\\Software\\tobrin\\paperlarkxp"};
+using platform::ShellFoldersKey;
+constexpr std::string_view SuiteKeys[] = {platform::SuiteUserKey, platform::SuiteMachineKey};
 
 // Where the log goes when the user has no profile folder to find a desktop in. The separator tells
 // which kind of system this is, so this needs no system test of its own.
@@ -36,9 +36,7 @@ std::filesystem::path fsPath(std::string_view utf8) {
 }
 
 std::string desktopFromRegistry(Services& services) {
-    std::string desktop = services.registry.GetRegValue(ShellFoldersKey, "Desktop");
-    if (desktop == "nicht gefunden")
-        desktop.clear();
+    std::string desktop = platform::regText(services.registry, ShellFoldersKey, "Desktop");
     return platform::ReplaceEnviron(desktop, services.os.environment());
 }
 
@@ -178,9 +176,7 @@ bool EncryptionAvailable(Services& services) {
     bool found = false;
     trapErrors(services.errors, "plAssist1.EncryptionAvailable", "", [&] {
         for (std::string_view key : SuiteKeys) {
-            std::string location = services.registry.GetRegValue(key, "gswin32c");
-            if (location == "nicht gefunden")
-                continue;
+            std::string location = platform::regText(services.registry, key, "gswin32c");
             platform::ReplaceEnviron(location, services.os.environment());
             if (ghostscriptAt(location, services.os.files())) {
                 found = true;

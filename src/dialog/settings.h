@@ -1,22 +1,15 @@
 #pragma once
 // The suite's registry keys as the job dialog reads them, and the rule by which a value counts as
-// not set: the registry module answers a missing value with the empty text, older stores with the
-// marker "nicht gefunden", and both mean the same to every reader here.
+// not set (shared with the rest of the suite).
 
-#include "platform/registry.h"
-
-#include <string>
-#include <string_view>
+#include "platform/suite_settings.h"
 
 namespace pl::dialog {
 
-inline constexpr std::string_view UserKey = "HKCU\\Software\\tobrin\\PaperlarkXP";
-inline constexpr std::string_view MachineKey = "HKLM\\Software\\tobrin\\PaperlarkXP";
-inline constexpr std::string_view NotFoundMarker = "nicht gefunden";
-
-bool isAbsent(std::string_view value);
-
-// The value from the user's key, else from the machine's; the empty text when neither holds it.
-std::string userThenMachine(const platform::Registry& registry, std::string_view valueName);
+inline constexpr std::string_view UserKey = platform::SuiteUserKey;
+inline constexpr std::string_view MachineKey = platform::SuiteMachineKey;
+using platform::isAbsent;
+using platform::NotFoundMarker;
+using platform::userThenMachine;
 
 } // namespace pl::dialog

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "platform/environment_expand.h"
 #include "platform/paths.h"
+#include "platform/suite_settings.h"
 
 #include <array>
 #include <filesystem>
@@ -95,7 +96,7 @@ std::string profileFilePath(std::string_view profileName, Services& services) {
     platform::FileSystem& files = services.os.files();
     const std::string fileName = std::string(profileName) + ".plp";
 
-    std::string suiteFolder = services.registry.GetRegValue("HKLM\\Software\\tobrin\\PaperlarkXP", "pldir");
+    std::string suiteFolder = services.registry.GetRegValue(platform::SuiteMachineKey, "pldir");
     platform::ReplaceEnviron(suiteFolder, services.os.environment());
 
     // The user's own profiles win over the suite's.

@@ -2,6 +2,7 @@
 
 #include "base/text.h"
 #include "platform/environment_expand.h"
+#include "platform/suite_settings.h"
 
 #include <charconv>
 
@@ -9,15 +10,12 @@ namespace pl::texts {
 
 namespace {
 
-constexpr std::string_view UserKey = "HKCU\\Software\\tobrin\\PaperlarkXP";
-constexpr std::string_view MachineKey = "HKLM\\Software\\tobrin\\PaperlarkXP";
+constexpr std::string_view UserKey = platform::SuiteUserKey;
+constexpr std::string_view MachineKey = platform::SuiteMachineKey;
 constexpr std::string_view InternationalKey = "HKCU\\Control Panel\\International";
 
-// The registry module answers a missing value with the empty text or, from older stores, with
-// this marker; both mean "not set".
 std::string valueOrEmpty(const Services& services, std::string_view key, std::string_view name) {
-    std::string value = services.registry.GetRegValue(key, name);
-    return value == "nicht gefunden" ? std::string() : value;
+    return platform::regText(services.registry, key, name);
 }
 
 // The installation folder, where the language files lie. The value ends in the separator and the
