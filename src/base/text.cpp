@@ -84,6 +84,23 @@ std::string encode(std::u32string_view chars) {
     return out;
 }
 
+std::string fromFileBytes(std::string_view bytes) {
+    bool valid = true;
+    for (std::size_t i = 0; i < bytes.size() && valid;) {
+        char32_t cp = 0;
+        const std::size_t len = sequenceLength(bytes, i, cp);
+        valid = len != 0;
+        i += len;
+    }
+    if (valid)
+        return std::string(bytes);
+    std::string out;
+    out.reserve(bytes.size() + bytes.size() / 8);
+    for (const char c : bytes)
+        out += encode(static_cast<char32_t>(static_cast<unsigned char>(c)));
+    return out;
+}
+
 std::size_t length(std::string_view utf8) {
     std::size_t n = 0;
     for (std::size_t i = 0; i < utf8.size(); ++n) {
@@ -139,17 +156,25 @@ template <class Map> std::string mapCase(std::string_view utf8, Map map) {
 
 } // namespace
 
-std::string toLower(std::string_view utf8) { return mapCase(utf8, [](char32_t c) { return toLower(c); }); }
+std::string toLower(std::string_view utf8) {
+    return mapCase(utf8, [](char32_t c) { return toLower(c); });
+}
 
-std::string toUpper(std::string_view utf8) { return mapCase(utf8, [](char32_t c) { return toUpper(c); }); }
+std::string toUpper(std::string_view utf8) {
+    return mapCase(utf8, [](char32_t c) { return toUpper(c); });
+}
 
-bool iequals(std::string_view a, std::string_view b) { return toLower(a) == toLower(b); }
+bool iequals(std::string_view a, std::string_view b) {
+    return toLower(a) == toLower(b);
+}
 
 bool istartsWith(std::string_view text, std::string_view prefix) {
     return toLower(text).starts_with(toLower(prefix));
 }
 
-bool iendsWith(std::string_view text, std::string_view suffix) { return toLower(text).ends_with(toLower(suffix)); }
+bool iendsWith(std::string_view text, std::string_view suffix) {
+    return toLower(text).ends_with(toLower(suffix));
+}
 
 // Case folding keeps the byte length of every character (Latin-1 letters stay two bytes, the
 // others are untouched), so offsets into the folded text are offsets into the original.
@@ -159,7 +184,9 @@ std::size_t ifind(std::string_view text, std::string_view what, std::size_t from
     return toLower(text).find(toLower(what), from);
 }
 
-bool icontains(std::string_view text, std::string_view what) { return ifind(text, what) != std::string_view::npos; }
+bool icontains(std::string_view text, std::string_view what) {
+    return ifind(text, what) != std::string_view::npos;
+}
 
 std::string replaceAll(std::string_view text, std::string_view what, std::string_view with) {
     if (what.empty())
@@ -197,6 +224,8 @@ std::string_view trimBlanks(std::string_view s) {
     return s;
 }
 
-std::string number(long long n) { return std::to_string(n); }
+std::string number(long long n) {
+    return std::to_string(n);
+}
 
 } // namespace pl::text

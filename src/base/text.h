@@ -13,6 +13,11 @@ std::u32string decode(std::string_view utf8);
 std::string encode(std::u32string_view chars);
 std::string encode(char32_t c);
 
+// Text read from a file that may come from an 8-bit Windows editor: the bytes as they are when
+// they are valid UTF-8 throughout, else every byte as its Latin-1 character. Deciding for the
+// whole file, not per byte, keeps an 8-bit file's letter pairs from passing for UTF-8.
+std::string fromFileBytes(std::string_view bytes);
+
 // Number of characters (code points) in a UTF-8 text, counted as decode() would.
 std::size_t length(std::string_view utf8);
 

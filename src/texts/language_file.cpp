@@ -27,27 +27,6 @@ std::size_t findAsciiKey(std::string_view text, std::string_view lowerKey) {
     return std::string_view::npos;
 }
 
-bool isValidUtf8(std::string_view bytes) {
-    // A byte that starts no valid sequence decodes to a Latin-1 character, which encodes to two
-    // bytes; so only valid UTF-8 comes back unchanged.
-    return text::encode(text::decode(bytes)) == bytes;
-}
-
-std::string latin1ToUtf8(std::string_view bytes) {
-    std::string out;
-    out.reserve(bytes.size() + bytes.size() / 8);
-    for (const char c : bytes) {
-        const auto code = static_cast<unsigned char>(c);
-        if (code < 0x80) {
-            out.push_back(c);
-        } else {
-            out.push_back(static_cast<char>(0xC0 | (code >> 6)));
-            out.push_back(static_cast<char>(0x80 | (code & 0x3F)));
-        }
-    }
-    return out;
-}
-
 std::string_view trimBlanksAndTabs(std::string_view s) {
     const auto first = s.find_first_not_of(" \t");
     if (first == std::string_view::npos)
@@ -82,7 +61,7 @@ std::string_view skipAfterBot(std::string_view body) {
 std::string decodeLanguageFile(std::string_view bytes) {
     if (bytes.starts_with("\xEF\xBB\xBF"))
         bytes.remove_prefix(3);
-    const std::string content = isValidUtf8(bytes) ? std::string(bytes) : latin1ToUtf8(bytes);
+    const std::string content = text::fromFileBytes(bytes);
 
     std::string out;
     out.reserve(content.size() + content.size() / 16);

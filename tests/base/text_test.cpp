@@ -24,3 +24,9 @@ TEST(text, replace_all_is_one_left_to_right_pass) {
     EXPECT_EQ(text::replaceAll("abc", "", "x"), "abc");
     EXPECT_EQ(text::trimBlanks("  a b  "), "a b");
 }
+
+TEST(text, file_bytes_are_utf8_only_when_the_whole_file_is) {
+    EXPECT_EQ(text::fromFileBytes("B\xC3\xBCro"), "Büro");                 // UTF-8 stays
+    EXPECT_EQ(text::fromFileBytes("B\xFCro"), "Büro");                     // an 8-bit file's letter
+    EXPECT_EQ(text::fromFileBytes("\xC3\xBC \xFC"), "\xC3\x83\xC2\xBC ü"); // one stray byte: all 8-bit
+}

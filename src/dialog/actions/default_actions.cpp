@@ -42,9 +42,9 @@ std::string readLines(const std::string& path) {
         raise(err::FileNotFound, path);
     std::stringstream raw;
     raw << file.rdbuf();
-    // Profiles written by a Windows editor are 8-bit text: a byte that is no UTF-8 is its Latin-1
-    // letter, so that a folder such as "Büro" on a plassist2= line names the folder it means.
-    const std::string content = text::encode(text::decode(raw.str()));
+    // Profiles written by a Windows editor are 8-bit text, so that a folder such as "Büro" on a
+    // plassist2= line names the folder it means.
+    const std::string content = text::fromFileBytes(raw.str());
     std::string lines;
     std::size_t start = 0;
     while (start < content.size()) {
