@@ -101,6 +101,24 @@ std::string fromFileBytes(std::string_view bytes) {
     return out;
 }
 
+std::string crlfLines(std::string_view text) {
+    std::string out;
+    out.reserve(text.size() + text.size() / 16);
+    std::size_t pos = 0;
+    while (pos < text.size()) {
+        const std::size_t end = text.find_first_of("\r\n", pos);
+        if (end == std::string_view::npos) {
+            out.append(text.substr(pos)).append("\r\n");
+            break;
+        }
+        out.append(text.substr(pos, end - pos)).append("\r\n");
+        pos = end + 1;
+        if (text[end] == '\r' && pos < text.size() && text[pos] == '\n')
+            ++pos;
+    }
+    return out;
+}
+
 std::size_t length(std::string_view utf8) {
     std::size_t n = 0;
     for (std::size_t i = 0; i < utf8.size(); ++n) {

@@ -18,6 +18,10 @@ std::string encode(char32_t c);
 // whole file, not per byte, keeps an 8-bit file's letter pairs from passing for UTF-8.
 std::string fromFileBytes(std::string_view bytes);
 
+// Every line followed by CR LF, whatever ended it (CR LF, LF or CR alone, or the end of the text),
+// as the classic line-by-line reading joined lines.
+std::string crlfLines(std::string_view text);
+
 // Number of characters (code points) in a UTF-8 text, counted as decode() would.
 std::size_t length(std::string_view utf8);
 

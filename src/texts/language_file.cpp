@@ -61,25 +61,7 @@ std::string_view skipAfterBot(std::string_view body) {
 std::string decodeLanguageFile(std::string_view bytes) {
     if (bytes.starts_with("\xEF\xBB\xBF"))
         bytes.remove_prefix(3);
-    const std::string content = text::fromFileBytes(bytes);
-
-    std::string out;
-    out.reserve(content.size() + content.size() / 16);
-    std::size_t pos = 0;
-    while (pos < content.size()) {
-        const std::size_t end = content.find_first_of("\r\n", pos);
-        if (end == std::string::npos) {
-            out.append(content, pos, std::string::npos);
-            out += LineEnd;
-            break;
-        }
-        out.append(content, pos, end - pos);
-        out += LineEnd;
-        pos = end + 1;
-        if (content[end] == '\r' && pos < content.size() && content[pos] == '\n')
-            ++pos;
-    }
-    return out;
+    return text::crlfLines(text::fromFileBytes(bytes));
 }
 
 std::optional<std::string> assistantSection(std::string_view text) {

@@ -30,3 +30,9 @@ TEST(text, file_bytes_are_utf8_only_when_the_whole_file_is) {
     EXPECT_EQ(text::fromFileBytes("B\xFCro"), "Büro");                     // an 8-bit file's letter
     EXPECT_EQ(text::fromFileBytes("\xC3\xBC \xFC"), "\xC3\x83\xC2\xBC ü"); // one stray byte: all 8-bit
 }
+
+TEST(text, every_kind_of_line_end_becomes_crlf) {
+    EXPECT_EQ(text::crlfLines("a\r\nb\nc\rd"), "a\r\nb\r\nc\r\nd\r\n");
+    EXPECT_EQ(text::crlfLines("a\n\r\nb\r\r"), "a\r\n\r\nb\r\n\r\n");
+    EXPECT_EQ(text::crlfLines(""), "");
+}

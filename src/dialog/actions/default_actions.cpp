@@ -44,24 +44,7 @@ std::string readLines(const std::string& path) {
     raw << file.rdbuf();
     // Profiles written by a Windows editor are 8-bit text, so that a folder such as "Büro" on a
     // plassist2= line names the folder it means.
-    const std::string content = text::fromFileBytes(raw.str());
-    std::string lines;
-    std::size_t start = 0;
-    while (start < content.size()) {
-        std::size_t end = content.find_first_of("\r\n", start);
-        if (end == std::string::npos)
-            end = content.size();
-        lines.append(content, start, end - start).append(Crlf);
-        start = end;
-        if (start < content.size() && content[start] == '\r') {
-            ++start;
-            if (start < content.size() && content[start] == '\n')
-                ++start;
-        } else if (start < content.size()) {
-            ++start; // a lone LF
-        }
-    }
-    return lines;
+    return text::crlfLines(text::fromFileBytes(raw.str()));
 }
 
 // The text after the first `key` (found in any case) up to the first CR LF after it; nothing when
