@@ -11,16 +11,6 @@
 #include "base/text.h"
 
 namespace pl::assistant {
-namespace {
-
-template <class Statement> void ignoringErrors(Statement&& statement) {
-    try {
-        statement();
-    } catch (...) {
-    }
-}
-
-} // namespace
 
 void ResidentForm::Timer1_Timer() {
     forms::AppState& st = state();

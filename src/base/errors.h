@@ -60,6 +60,16 @@ public:
                         std::string_view data = {}) = 0;
 };
 
+// Runs one statement whose failure is of no consequence (a form property a view may refuse, a file
+// that is already gone, a folder that cannot be read this tick): an error in it is skipped and the
+// caller goes on with the next statement.
+template <class Statement> void ignoringErrors(Statement&& statement) {
+    try {
+        statement();
+    } catch (...) {
+    }
+}
+
 // Runs `body`; an error escaping it goes to `sink` with `tag` and the current value of `step`.
 // Returns true when the body finished without an error.
 template <class Body> bool trapErrors(ErrorSink& sink, std::string_view tag, const std::string& step, Body&& body) {

@@ -1,8 +1,8 @@
 // Ending a dialog: the user abandons the job (close button, Escape) after a confirmation, which
 // deletes the job and the user's MultiDoc queue; every unloading re-arms the watcher.
 
+#include "base/errors.h"
 #include "base/message_box.h"
-#include "dialog/ignore_errors.h"
 #include "dialog/job_dialog.h"
 
 namespace pl::dialog {

@@ -2,8 +2,8 @@
 // until the dialog waits for the user (or an automatic action has taken the job).
 
 #include "assistant/runtime_helpers.h"
+#include "base/errors.h"
 #include "base/text.h"
-#include "dialog/ignore_errors.h"
 #include "dialog/job_dialog.h"
 #include "dialog/proposed_name.h"
 #include "dialog/settings.h"

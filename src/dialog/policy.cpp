@@ -2,7 +2,6 @@
 
 #include "base/errors.h"
 #include "base/text.h"
-#include "dialog/ignore_errors.h"
 #include "dialog/job_dialog.h"
 #include "dialog/settings.h"
 

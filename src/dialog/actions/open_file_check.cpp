@@ -2,7 +2,6 @@
 
 #include "base/errors.h"
 #include "dialog/actions/dir_lookup.h"
-#include "dialog/ignore_errors.h"
 #include "naming/name_numbering.h"
 #include "platform/file_in_use.h"
 

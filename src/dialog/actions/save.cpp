@@ -1,11 +1,11 @@
 // Save: the user picks the output file in a Save As dialog; the automatic save takes a ready path.
 
+#include "base/errors.h"
 #include "base/text.h"
 #include "dialog/actions/converter_call.h"
 #include "dialog/actions/job_actions.h"
 #include "dialog/actions/open_file_check.h"
 #include "dialog/actions/output_names.h"
-#include "dialog/ignore_errors.h"
 #include "dialog/job_dialog.h"
 #include "dialog/settings.h"
 #include "platform/paths.h"
