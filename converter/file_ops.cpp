@@ -7,15 +7,6 @@ namespace pl::converter {
 
 namespace fs = std::filesystem;
 
-fs::path fsPath(std::string_view utf8) {
-    return fs::path(std::u8string(reinterpret_cast<const char8_t*>(utf8.data()), utf8.size()));
-}
-
-std::string utf8Path(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return std::string(reinterpret_cast<const char*>(text.data()), text.size());
-}
-
 std::string absolutePath(std::string_view path) {
     std::error_code ec;
     fs::path full = fs::absolute(fsPath(path), ec);

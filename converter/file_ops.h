@@ -2,6 +2,8 @@
 // The few file operations the converter does itself, on UTF-8 paths, with the standard library's
 // file system (which also replaces an existing file when renaming, on every platform).
 
+#include "platform/paths.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -10,8 +12,8 @@
 
 namespace pl::converter {
 
-std::filesystem::path fsPath(std::string_view utf8);
-std::string utf8Path(const std::filesystem::path& path);
+using platform::fsPath;
+using platform::utf8Path;
 
 // `path` made absolute against the current folder, so that Ghostscript can never take a file name
 // for a switch ("-..."), an argument file ("@...") or a device ("%...").

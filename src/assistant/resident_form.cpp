@@ -33,14 +33,9 @@ template <class Statement> void resumeNext(bool& failed, Statement&& statement) 
     }
 }
 
-std::filesystem::path nativePath(std::string_view utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
 std::string currentFolder() {
     std::error_code ec;
-    const std::u8string folder = std::filesystem::current_path(ec).u8string();
-    return std::string(folder.begin(), folder.end());
+    return platform::utf8Path(std::filesystem::current_path(ec));
 }
 
 Control makeControl(std::string name, ControlKind kind) {
@@ -268,7 +263,7 @@ void ResidentForm::resolveSpoolFolders() {
 bool ResidentForm::folderIsWritable(const std::string& folder) {
     const std::string probe = platform::withTrailingSep(folder) + "test.txt";
     {
-        std::ofstream out(nativePath(probe), std::ios::binary | std::ios::trunc);
+        std::ofstream out(platform::fsPath(probe), std::ios::binary | std::ios::trunc);
         if (!out)
             return false;
         out << "Test\r\n";

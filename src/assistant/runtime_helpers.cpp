@@ -31,10 +31,6 @@ constexpr int RenameFailedText = 22;
 // folder is nearly full of this user's renamed jobs.
 constexpr int RenameAttempts = 50;
 
-std::filesystem::path fsPath(std::string_view utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
 std::string desktopFromRegistry(Services& services) {
     std::string desktop = platform::regText(services.registry, ShellFoldersKey, "Desktop");
     return platform::ReplaceEnviron(desktop, services.os.environment());
@@ -102,7 +98,7 @@ void DebugWrite(std::string_view line, Services& services) {
     // Opened and closed for every line, so that the log survives a crash and can be read while the
     // assistant runs.
     try {
-        std::ofstream log(fsPath(logFilePath(services)), std::ios::binary | std::ios::app);
+        std::ofstream log(platform::fsPath(logFilePath(services)), std::ios::binary | std::ios::app);
         log << line << "\r\n";
     } catch (...) {
         // A log that cannot be written is lost.

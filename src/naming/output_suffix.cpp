@@ -65,7 +65,7 @@ OutputFormat formatOfDevice(std::string_view device) {
 
 // The first line of the file, ended by CR, LF or CR LF; raises a file error when it cannot be read.
 std::string firstLine(const std::string& path) {
-    std::ifstream in(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    std::ifstream in(platform::fsPath(path), std::ios::binary);
     if (!in)
         raise(err::PathFileAccessError);
     std::string line;

@@ -1,4 +1,5 @@
 #include "naming/title_extraction.h"
+#include "platform/paths.h"
 
 #include "naming/title_cleanup.h"
 #include "naming/title_line_scanner.h"
@@ -14,13 +15,9 @@ namespace {
 
 constexpr std::string_view fallbackName = "Paperlark File";
 
-std::filesystem::path toPath(std::string_view utf8) {
-    return std::filesystem::path(std::u8string(utf8.begin(), utf8.end()));
-}
-
 // The raw title of the job (empty when it has none), or nothing when the file cannot be read.
 std::optional<std::string> readRawTitle(std::string_view path) {
-    const auto file = toPath(path);
+    const auto file = platform::fsPath(path);
     std::error_code ec;
     if (std::filesystem::is_directory(file, ec))
         return std::nullopt;

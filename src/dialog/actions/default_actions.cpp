@@ -37,7 +37,7 @@ void trapWithData(ErrorSink& sink, std::string_view tag, const std::string& step
 
 // The whole file, every line followed by CR LF whatever ended it on disk.
 std::string readLines(const std::string& path) {
-    std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    std::ifstream file(platform::fsPath(path), std::ios::binary);
     if (!file)
         raise(err::FileNotFound, path);
     std::stringstream raw;

@@ -7,6 +7,7 @@
 #include "dialog/job_dialog.h"
 #include "dialog/settings.h"
 #include "naming/output_suffix.h"
+#include "platform/paths.h"
 #include "texts/language_selection.h"
 
 #include <filesystem>
@@ -24,7 +25,7 @@ constexpr std::string_view ConfigProgram = "plucnfg.exe";
 // Whether the profile file at `path` brings its own password: a "userpassword=" or "ownerpassword="
 // line with a value, keys in any case, as the converter reads them.
 bool profileHoldsPassword(const std::string& path) {
-    std::ifstream file(std::filesystem::path(std::u8string(path.begin(), path.end())), std::ios::binary);
+    std::ifstream file(platform::fsPath(path), std::ios::binary);
     std::string line;
     bool first = true;
     while (std::getline(file, line)) {
