@@ -12,6 +12,8 @@ packages=(
     qt6-base-dev qt6-base-dev-tools       # the Linux desktop front-end
     fonts-dejavu-core                     # a font for the dialogs, also on machines without a desktop
     xdg-utils xvfb
+    cups cups-client cups-bsd cups-filters # a real CUPS server for the printer tests
+    dpkg-dev                              # cpack's dependency list for the Debian package
 )
 
 missing=()

@@ -15,6 +15,9 @@ cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build -j "$jobs"
 ctest --test-dir build --output-on-failure -j "$jobs"
 
+echo "== Debian package, installed on this machine, printing through a CUPS server of its own"
+sh tests/package/package_test.sh build
+
 echo "== sanitizer build (address, undefined)"
 cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPAPERLARK_SANITIZE=address,undefined \
     -DPAPERLARK_BENCH=OFF >/dev/null
