@@ -27,22 +27,8 @@ mkdir -p "$sandbox/registry" "$sandbox/spool" "$sandbox/user-spool" "$sandbox/De
 user="${USER:-$(id -un)}"
 # The registry of the sandbox: the machine spool folder and the administrator's default action in
 # the machine key, the user's spool and desktop folders in the user key.
-cat >"$sandbox/registry/HKEY_LOCAL_MACHINE.reg" <<REG
-Windows Registry Editor Version 5.00
-
-[HKEY_LOCAL_MACHINE\\Software\\tobrin\\PaperlarkXP]
-"psdir"="$sandbox/spool/"
-"ADefault"="desktop"
-REG
-cat >"$sandbox/registry/HKEY_CURRENT_USER.reg" <<REG
-Windows Registry Editor Version 5.00
-
-[HKEY_CURRENT_USER\\Software\\tobrin\\PaperlarkXP]
-"psdir"="$sandbox/user-spool/"
-
-[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders]
-"Desktop"="$sandbox/Desktop"
-REG
+. "$here/scripts/sandbox-registry.sh"
+write_sandbox_registry "$sandbox/registry" "$sandbox/spool/" "$sandbox/user-spool/" "$sandbox/Desktop"
 
 export PAPERLARK_REGISTRY_DIR="$sandbox/registry"
 export QT_QPA_PLATFORM=offscreen

@@ -11,6 +11,7 @@
 # otherwise. Usage: package_test.sh BUILD_FOLDER
 set -eu
 build=$(cd "$1" && pwd)
+. "$(dirname "$0")/../../scripts/sandbox-registry.sh"
 work=$(mktemp -d)
 chmod 755 "$work"
 spool=/var/spool/paperlark
@@ -147,23 +148,9 @@ if [ -n "$cups" ]; then
     check "job file" "$(stat -c '%U %a' "$job")" "$user 600"
 
     sandbox="$home/sandbox"
-    as_user mkdir -p "$sandbox/registry" "$sandbox/Desktop" "$sandbox/user-spool" "$sandbox/run"
-    as_user sh -c "cat >'$sandbox/registry/HKEY_LOCAL_MACHINE.reg'" <<REG
-Windows Registry Editor Version 5.00
-
-[HKEY_LOCAL_MACHINE\\Software\\tobrin\\PaperlarkXP]
-"psdir"="$spool/"
-"ADefault"="desktop"
-REG
-    as_user sh -c "cat >'$sandbox/registry/HKEY_CURRENT_USER.reg'" <<REG
-Windows Registry Editor Version 5.00
-
-[HKEY_CURRENT_USER\\Software\\tobrin\\PaperlarkXP]
-"psdir"="$sandbox/user-spool/"
-
-[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders]
-"Desktop"="$sandbox/Desktop"
-REG
+    mkdir -p "$sandbox/Desktop" "$sandbox/user-spool" "$sandbox/run"
+    write_sandbox_registry "$sandbox/registry" "$spool/" "$sandbox/user-spool/" "$sandbox/Desktop"
+    chown -R "$user:" "$sandbox"
     as_user env PAPERLARK_REGISTRY_DIR="$sandbox/registry" QT_QPA_PLATFORM=offscreen \
         XDG_RUNTIME_DIR="$sandbox/run" XDG_SESSION_ID=paperlark-package-test /usr/bin/plassist \
         >"$work/plassist.out" 2>&1 &
