@@ -131,6 +131,10 @@ grep -qx '"psdir"="/srv/print/"' "$hive" && grep -qx '"Style"="grey"' "$hive" ||
 if [ -n "$cups" ]; then
     echo "-- print through CUPS"
     check "printer" "$(lpstat -v Paperlark 2>&1)" "device for Paperlark: paperlark:/var/spool/paperlark"
+    # CUPS installed after the package: its backends trigger the package, which adds the printer.
+    lpadmin -x Paperlark
+    /var/lib/dpkg/info/paperlark.postinst triggered /usr/lib/cups/backend >/dev/null 2>&1 || fail "trigger"
+    check "printer after the trigger" "$(lpstat -v Paperlark 2>&1)" "device for Paperlark: paperlark:/var/spool/paperlark"
     useradd --create-home --shell /bin/sh "$user" || fail "cannot create the user $user"
     user_made=yes
     home=$(getent passwd "$user" | cut -d: -f6)
