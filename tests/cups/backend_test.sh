@@ -67,6 +67,20 @@ delivers)
     run 45 "$user" "T" "$work/missing.ps"
     [ "$rc" -eq 1 ] || fail "a missing input gave $rc, not 1"
     [ "$(ls -A "$spool" | wc -l)" -eq 3 ] || fail "a failed job left something: $(ls -A "$spool")"
+
+    # CUPS cancels a job with SIGTERM: the partial file goes, as a "~" file would hold up the
+    # user's assistant.
+    mkfifo "$work/slow"
+    DEVICE_URI="paperlark:$spool" "$backend" 46 "$user" T 1 "" <"$work/slow" 2>/dev/null &
+    pid=$!
+    exec 3>"$work/slow"
+    printf '%%!PS-Adobe-3.0\n' >&3
+    for _ in $(seq 1 50); do [ -e "$spool/~${user}0000000046.ps" ] && break; sleep 0.1; done
+    [ -e "$spool/~${user}0000000046.ps" ] || fail "no partial file while the job is written"
+    kill -TERM "$pid"
+    wait "$pid" || true
+    exec 3>&-
+    [ "$(ls -A "$spool" | wc -l)" -eq 3 ] || fail "a cancelled job left something: $(ls -A "$spool")"
     ;;
 links)
     # Links planted at the partial and at the final name, pointing at files that must not change.
