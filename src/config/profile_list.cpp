@@ -164,8 +164,7 @@ bool ProfileList::check() {
         if (const Refusal refusal = checkProfile(entry.settings)) {
             selected = static_cast<int>(i);
             view_.refresh();
-            view_.msgBox(entry.name + ": " + texts_(refusal.text, refusal.detail), mb::Exclamation,
-                         texts_(Txt::Title));
+            view_.msgBox(entry.name + ": " + texts_(refusal.text, refusal.detail), mb::Exclamation, texts_(Txt::Title));
             return false;
         }
     }

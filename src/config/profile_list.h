@@ -16,8 +16,8 @@ namespace pl::config {
 
 struct ProfileEntry {
     std::string name;
-    bool own = false;      // in the user's profile folder; the suite's profiles are read-only
-    std::string fileName;  // the name it has on disk without ".plp"; empty for one not yet saved
+    bool own = false;     // in the user's profile folder; the suite's profiles are read-only
+    std::string fileName; // the name it has on disk without ".plp"; empty for one not yet saved
     ProfileSettings settings;
     ProfileSettings saved; // as on disk
     bool deleted = false;

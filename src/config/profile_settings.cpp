@@ -22,8 +22,8 @@ constexpr std::string_view PdfaPolicySwitch = "-dPDFACompatibilityPolicy=1";
 constexpr std::string_view PdfaColourSwitch = "-sColorConversionStrategy=UseDeviceIndependentColor";
 
 constexpr std::array<std::string_view, QualityCount> Presets{"", "prepress", "printer", "ebook", "screen"};
-constexpr std::array<std::string_view, AutoActionCount> ActionWords{"",        "email",   "saveas", "desktop",
-                                                                   "multidoc", "savedir", "savefile"};
+constexpr std::array<std::string_view, AutoActionCount> ActionWords{"",         "email",   "saveas",  "desktop",
+                                                                    "multidoc", "savedir", "savefile"};
 
 struct KeyLine {
     std::string_view key;
@@ -104,13 +104,24 @@ std::optional<std::string> keyValue(std::string_view line, std::string_view key)
 
 const std::vector<OutputFormat>& outputFormats() {
     static const std::vector<OutputFormat> formats{
-        {"pdfwrite", "PDF", false},          {"png16m", "PNG (png16m)", true},   {"pnggray", "PNG (pnggray)", true},
-        {"jpeg", "JPEG (jpeg)", true},       {"jpeggray", "JPEG (jpeggray)", true},
-        {"tiff24nc", "TIFF (tiff24nc)", true}, {"tiffg4", "TIFF (tiffg4)", true},
-        {"bmp16m", "BMP (bmp16m)", true},    {"pcx24b", "PCX (pcx24b)", true},   {"psdrgb", "PSD (psdrgb)", true},
-        {"pnmraw", "PNM (pnmraw)", true},    {"ppmraw", "PPM (ppmraw)", true},   {"pgmraw", "PGM (pgmraw)", true},
-        {"pbmraw", "PBM (pbmraw)", true},    {"eps2write", "EPS (eps2write)", false},
-        {"pxlcolor", "PCL XL (pxlcolor)", true}, {"faxg3", "Fax G3 (faxg3)", true}, {"faxg4", "Fax G4 (faxg4)", true},
+        {"pdfwrite", "PDF", false},
+        {"png16m", "PNG (png16m)", true},
+        {"pnggray", "PNG (pnggray)", true},
+        {"jpeg", "JPEG (jpeg)", true},
+        {"jpeggray", "JPEG (jpeggray)", true},
+        {"tiff24nc", "TIFF (tiff24nc)", true},
+        {"tiffg4", "TIFF (tiffg4)", true},
+        {"bmp16m", "BMP (bmp16m)", true},
+        {"pcx24b", "PCX (pcx24b)", true},
+        {"psdrgb", "PSD (psdrgb)", true},
+        {"pnmraw", "PNM (pnmraw)", true},
+        {"ppmraw", "PPM (ppmraw)", true},
+        {"pgmraw", "PGM (pgmraw)", true},
+        {"pbmraw", "PBM (pbmraw)", true},
+        {"eps2write", "EPS (eps2write)", false},
+        {"pxlcolor", "PCL XL (pxlcolor)", true},
+        {"faxg3", "Fax G3 (faxg3)", true},
+        {"faxg4", "Fax G4 (faxg4)", true},
     };
     return formats;
 }
@@ -231,9 +242,8 @@ Refusal checkProfile(const ProfileSettings& settings) {
     if (passwords && !isPdf(settings.device))
         return {Txt::PasswordNotPdf, {}};
     if (passwords) {
-        const converter::Passwords pair{settings.userPassword, settings.ownerPassword.empty()
-                                                                  ? settings.userPassword
-                                                                  : settings.ownerPassword};
+        const converter::Passwords pair{settings.userPassword, settings.ownerPassword.empty() ? settings.userPassword
+                                                                                              : settings.ownerPassword};
         if (!converter::encryptionArgumentFile(pair))
             return {Txt::PasswordUnusable, {}};
     }

@@ -40,7 +40,7 @@ struct ProfileSettings {
     std::string userPassword;           // needed to open the PDF
     std::string ownerPassword;          // needed to change it; the user password when empty
     AutoAction action = AutoAction::None;
-    std::string actionTarget;           // the folder (SaveDir) or the file (SaveFile)
+    std::string actionTarget;            // the folder (SaveDir) or the file (SaveFile)
     std::vector<std::string> otherLines; // lines the editor does not understand, in their order
 
     bool operator==(const ProfileSettings&) const = default;

@@ -12,8 +12,7 @@ int ScriptedConfigView::msgBox(std::string_view prompt, int style, std::string_v
     return (style & 0x0F) == mb::YesNo ? mb::Yes : mb::Ok;
 }
 
-std::optional<std::string> ScriptedConfigView::askText(std::string_view, std::string_view,
-                                                       std::string_view proposal) {
+std::optional<std::string> ScriptedConfigView::askText(std::string_view, std::string_view, std::string_view proposal) {
     proposals.emplace_back(proposal);
     if (textAnswers.empty())
         return std::nullopt;

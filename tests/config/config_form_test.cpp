@@ -196,7 +196,7 @@ TEST_F(config_profiles, suite_profiles_are_copied_and_own_ones_renamed_and_delet
     configView.msgBoxAnswers = {mb::Yes};
     f.cmdDelete_Click();
     EXPECT_EQ(configView.messages, (std::vector<std::string>{"You already have a profile \"high quality\".",
-                                                              "Delete the profile \"Later\"?"}));
+                                                             "Delete the profile \"Later\"?"}));
     EXPECT_TRUE(fs::exists(userProfiles + "Mine.plp")); // nothing happens before OK
     f.cmdOk_Click();
 
@@ -218,7 +218,7 @@ TEST_F(config_profiles, switches_the_converter_refuses_cannot_be_saved) {
                           "/tmp/x.pdf"},
         {"-dNOSAFER", "Paperlark decides these switches itself and they cannot be part of a profile: -dNOSAFER"},
         {"-c \"(x) print\"", "Paperlark decides these switches itself and they cannot be part of a profile: -c "
-                              "\"(x) print\""},
+                             "\"(x) print\""},
         {"-sDEVICE=jpeg", "The output format is chosen above, not with -sDEVICE=jpeg."},
         {"-sUserPassword=x", "Passwords belong in the password fields, not among the switches."},
         {"-dTextAlphaBits=4", ""},

@@ -200,9 +200,8 @@ QWidget* ConfigWindow::profilesPage() {
     form->addRow(lbRefusal_);
     layout->addWidget(profileEditor_, 3);
 
-    connect(profileList_, &QListWidget::currentRowChanged, this, [this](int row) {
-        edit([&] { model_->profiles.selected = row; });
-    });
+    connect(profileList_, &QListWidget::currentRowChanged, this,
+            [this](int row) { edit([&] { model_->profiles.selected = row; }); });
     connect(cmdNew_, &QPushButton::clicked, this, [this] { edit([&] { model_->cmdNew_Click(); }); });
     connect(cmdCopy_, &QPushButton::clicked, this, [this] { edit([&] { model_->cmdCopy_Click(); }); });
     connect(cmdRename_, &QPushButton::clicked, this, [this] { edit([&] { model_->cmdRename_Click(); }); });
@@ -315,8 +314,8 @@ void ConfigWindow::refresh() {
     setItems(defaultProfile_, names);
     defaultProfile_->setCurrentIndex(current);
     openPdf_->setChecked(m.defaults.openPdf);
-    setItems(defaultAction_, {qs(t(Txt::ActionNone)), qs(t(Txt::ActionEmail)), qs(t(Txt::ActionSaveAs)),
-                              qs(t(Txt::ActionDesktop))});
+    setItems(defaultAction_,
+             {qs(t(Txt::ActionNone)), qs(t(Txt::ActionEmail)), qs(t(Txt::ActionSaveAs)), qs(t(Txt::ActionDesktop))});
     defaultAction_->setCurrentIndex(m.defaults.defaultAction);
     const auto admin = [&](QLabel* label, const std::string& value) {
         label->setText(qs(t(Txt::AdminValue, value)));
@@ -359,19 +358,32 @@ void ConfigWindow::drawTexts() {
     for (int i = 0; i < 4; ++i)
         tabs_->setTabText(i, qs(t(tabTexts[i])));
     const std::pair<QWidget*, Txt> captions[] = {
-        {languageIntro_, Txt::LanguageIntro}, {lbDefaultProfile_, Txt::DefaultProfile},
-        {openPdf_, Txt::OpenPdf},             {lbDefaultAction_, Txt::DefaultAction},
-        {lbCaption_, Txt::DesktopCaption},    {lbSpool_, Txt::UserSpool},
-        {debug_, Txt::Debug},                 {cmdNew_, Txt::NewProfile},
-        {cmdCopy_, Txt::CopyProfile},         {cmdRename_, Txt::RenameProfile},
-        {cmdDelete_, Txt::DeleteProfile},     {lbReadOnly_, Txt::ReadOnlyProfile},
-        {lbFormat_, Txt::Format},             {lbQuality_, Txt::Quality},
-        {pdfa_, Txt::PdfA},                   {lbResolution_, Txt::Resolution},
-        {lbSwitches_, Txt::ExtraSwitches},    {lbUserPw_, Txt::UserPassword},
-        {lbOwnerPw_, Txt::OwnerPassword},     {lbAction_, Txt::AutoAction},
-        {lbTarget_, Txt::ActionTarget},       {policyIntro_, Txt::PolicyIntro},
-        {policyLock_, Txt::PolicyLocked},     {cmdOk_, Txt::Ok},
-        {cmdCancel_, Txt::Cancel},            {cmdApply_, Txt::Apply},
+        {languageIntro_, Txt::LanguageIntro},
+        {lbDefaultProfile_, Txt::DefaultProfile},
+        {openPdf_, Txt::OpenPdf},
+        {lbDefaultAction_, Txt::DefaultAction},
+        {lbCaption_, Txt::DesktopCaption},
+        {lbSpool_, Txt::UserSpool},
+        {debug_, Txt::Debug},
+        {cmdNew_, Txt::NewProfile},
+        {cmdCopy_, Txt::CopyProfile},
+        {cmdRename_, Txt::RenameProfile},
+        {cmdDelete_, Txt::DeleteProfile},
+        {lbReadOnly_, Txt::ReadOnlyProfile},
+        {lbFormat_, Txt::Format},
+        {lbQuality_, Txt::Quality},
+        {pdfa_, Txt::PdfA},
+        {lbResolution_, Txt::Resolution},
+        {lbSwitches_, Txt::ExtraSwitches},
+        {lbUserPw_, Txt::UserPassword},
+        {lbOwnerPw_, Txt::OwnerPassword},
+        {lbAction_, Txt::AutoAction},
+        {lbTarget_, Txt::ActionTarget},
+        {policyIntro_, Txt::PolicyIntro},
+        {policyLock_, Txt::PolicyLocked},
+        {cmdOk_, Txt::Ok},
+        {cmdCancel_, Txt::Cancel},
+        {cmdApply_, Txt::Apply},
     };
     for (const auto& [widget, id] : captions) {
         if (auto* label = qobject_cast<QLabel*>(widget))
@@ -419,8 +431,8 @@ void ConfigWindow::drawProfile() {
     pdfa_->setChecked(s.pdfaLevel > 0);
     resolution_->setValue(s.resolution);
     const bool pdf = config::isPdf(s.device);
-    for (QWidget* w : std::initializer_list<QWidget*>{lbQuality_, quality_, pdfa_, lbUserPw_, userPw_, lbOwnerPw_,
-                                                      ownerPw_})
+    for (QWidget* w :
+         std::initializer_list<QWidget*>{lbQuality_, quality_, pdfa_, lbUserPw_, userPw_, lbOwnerPw_, ownerPw_})
         w->setVisible(pdf);
     lbResolution_->setVisible(config::isRaster(s.device));
     resolution_->setVisible(config::isRaster(s.device));
@@ -432,9 +444,9 @@ void ConfigWindow::drawProfile() {
     setText(userPw_, s.userPassword);
     setText(ownerPw_, s.ownerPassword);
     setText(target_, s.actionTarget);
-    setItems(action_, {qs(t(Txt::ActionNone)), qs(t(Txt::ActionEmail)), qs(t(Txt::ActionSaveAs)),
-                       qs(t(Txt::ActionDesktop)), qs(t(Txt::ActionMultiDoc)), qs(t(Txt::ActionSaveDir)),
-                       qs(t(Txt::ActionSaveFile))});
+    setItems(action_,
+             {qs(t(Txt::ActionNone)), qs(t(Txt::ActionEmail)), qs(t(Txt::ActionSaveAs)), qs(t(Txt::ActionDesktop)),
+              qs(t(Txt::ActionMultiDoc)), qs(t(Txt::ActionSaveDir)), qs(t(Txt::ActionSaveFile))});
     action_->setCurrentIndex(static_cast<int>(s.action));
     const bool targeted = s.action == config::AutoAction::SaveDir || s.action == config::AutoAction::SaveFile;
     lbTarget_->setVisible(targeted);

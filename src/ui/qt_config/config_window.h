@@ -65,8 +65,8 @@ private:
     QListWidget* profileList_;
     QPushButton *cmdNew_, *cmdCopy_, *cmdRename_, *cmdDelete_;
     QWidget* profileEditor_;
-    QLabel *lbReadOnly_, *lbFormat_, *lbQuality_, *lbResolution_, *lbSwitches_, *lbUserPw_, *lbOwnerPw_,
-        *lbAction_, *lbTarget_, *lbSwitchLine_, *lbRefusal_;
+    QLabel *lbReadOnly_, *lbFormat_, *lbQuality_, *lbResolution_, *lbSwitches_, *lbUserPw_, *lbOwnerPw_, *lbAction_,
+        *lbTarget_, *lbSwitchLine_, *lbRefusal_;
     QComboBox *format_, *quality_, *action_;
     QCheckBox* pdfa_;
     QSpinBox* resolution_;

@@ -30,17 +30,15 @@ struct ConfigScene {
 
     void open() {
         window = std::make_unique<pl::qtui::ConfigWindow>();
-        services = std::make_unique<pl::Services>(
-            pl::Services{*world.os, world.hives.registry(), world.errors, *window});
+        services =
+            std::make_unique<pl::Services>(pl::Services{*world.os, world.hives.registry(), world.errors, *window});
         form = std::make_unique<pl::config::ConfigForm>(*services, *window);
         form->Form_Load();
         window->bind(*form);
         window->show();
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     }
-    template <class W> W* find(const char* name) const {
-        return window->findChild<W*>(QString::fromLatin1(name));
-    }
+    template <class W> W* find(const char* name) const { return window->findChild<W*>(QString::fromLatin1(name)); }
     std::string user(const char* name) { return world.hives.registry().GetRegValue(pl::test::UserKey, name); }
 };
 
@@ -57,7 +55,8 @@ void ConfigWindowTest::each_page_shows_the_settings_and_what_the_administrator_l
     ConfigScene scene;
     scene.world.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite -dPDFSETTINGS=/prepress\r\n");
     scene.world.root.write("suite/French.lan", "[plAssist.exe]\r\ntext_19: Configurer\r\n");
-    scene.world.root.write("home/Paperlark/Scans.plp", "-sDEVICE=png16m -r300\r\nplassist=savedir\r\nplassist2=/srv\r\n");
+    scene.world.root.write("home/Paperlark/Scans.plp",
+                           "-sDEVICE=png16m -r300\r\nplassist=savedir\r\nplassist2=/srv\r\n");
     scene.world.setMachine("APol", "disableemail|");
     scene.world.setMachine("DefaultProfile", "High Quality");
     scene.world.setUser("APol", "enableemail");
@@ -92,12 +91,13 @@ void ConfigWindowTest::each_page_shows_the_settings_and_what_the_administrator_l
         tabs->setCurrentIndex(i);
         QCoreApplication::processEvents();
         QVERIFY(scene.window->grab().toImage().save(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR "/config_") +
-                                                     QString::fromLatin1(pages[i]) + QStringLiteral(".png")));
+                                                    QString::fromLatin1(pages[i]) + QStringLiteral(".png")));
     }
     tabs->setCurrentIndex(2);
     profiles->setCurrentRow(0);
     QVERIFY(!scene.find<QComboBox>("format")->isEnabled());
-    QVERIFY(scene.window->grab().toImage().save(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR "/config_suite_profile.png")));
+    QVERIFY(
+        scene.window->grab().toImage().save(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR "/config_suite_profile.png")));
     QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
 }
 
