@@ -134,44 +134,54 @@ bool ConfigForm::writeValue(std::string_view name, std::string_view value) {
     return false;
 }
 
-bool ConfigForm::cmdApply_Click() {
+bool ConfigForm::writeValues() {
     bool ok = true;
+    if (language != savedLanguage_) {
+        const LanguageChoice& choice = languages[language];
+        ok = writeValue("language", choice.code == 0 ? "" : text::number(choice.code)) && ok;
+        if (choice.code == texts::External)
+            ok = writeValue("LanFile", choice.file) && ok;
+    }
+    const Defaults& d = defaults;
+    const Defaults& was = savedDefaults_;
+    if (d.defaultProfile != was.defaultProfile)
+        ok = writeValue("DefaultProfile", d.defaultProfile) && ok;
+    if (d.openPdf != was.openPdf)
+        ok = writeValue("OpenPdf", d.openPdf ? "1" : "0") && ok;
+    if (d.defaultAction != was.defaultAction)
+        ok = writeValue("ADefault", DefaultActionWords[d.defaultAction]) && ok;
+    if (d.desktopCaption != was.desktopCaption)
+        ok = writeValue("DesktopCaption", d.desktopCaption) && ok;
+    if (d.userSpool != was.userSpool) {
+        const std::string_view spool = text::trimBlanks(d.userSpool);
+        ok = writeValue("psdir", spool.empty() ? "" : platform::withTrailingSep(spool)) && ok;
+    }
+    if (d.debug != was.debug)
+        ok = writeValue("Debug", d.debug ? "1" : "0") && ok;
+    if (policy.changed() && !policy.locked())
+        ok = writeValue("APol", policy.userValue()) && ok;
+    return ok;
+}
+
+bool ConfigForm::cmdApply_Click() {
+    bool ok = false;
     trapErrors(services_.errors, "plConfig.cmdApply_Click", "", [&] {
-        if (!check()) {
-            ok = false;
+        const ProfileEntry* current = profiles.selected >= 0 ? &profiles.entries()[profiles.selected] : nullptr;
+        const std::string selectedName = current != nullptr && !current->deleted ? current->name : std::string();
+        const bool selectedOwn = current != nullptr && current->own;
+        if (!check())
             return;
-        }
-        if (language != savedLanguage_) {
-            const LanguageChoice& choice = languages[language];
-            ok = writeValue("language", choice.code == 0 ? "" : text::number(choice.code)) && ok;
-            if (choice.code == texts::External)
-                ok = writeValue("LanFile", choice.file) && ok;
-        }
-        const Defaults& d = defaults;
-        const Defaults& was = savedDefaults_;
-        if (d.defaultProfile != was.defaultProfile)
-            ok = writeValue("DefaultProfile", d.defaultProfile) && ok;
-        if (d.openPdf != was.openPdf)
-            ok = writeValue("OpenPdf", d.openPdf ? "1" : "0") && ok;
-        if (d.defaultAction != was.defaultAction)
-            ok = writeValue("ADefault", DefaultActionWords[d.defaultAction]) && ok;
-        if (d.desktopCaption != was.desktopCaption)
-            ok = writeValue("DesktopCaption", d.desktopCaption) && ok;
-        if (d.userSpool != was.userSpool) {
-            const std::string_view spool = text::trimBlanks(d.userSpool);
-            ok = writeValue("psdir", spool.empty() ? "" : platform::withTrailingSep(spool)) && ok;
-        }
-        if (d.debug != was.debug)
-            ok = writeValue("Debug", d.debug ? "1" : "0") && ok;
-        if (policy.changed() && !policy.locked()) {
-            ok = writeValue("APol", policy.userValue()) && ok;
-            policy.markSaved();
-        }
+        ok = writeValues();
         ok = profiles.save() && ok;
         if (!ok)
             return;
-        // What was written is what the page now started from; the texts follow a new language.
+        // What was written is what the page now starts from; the texts follow a new language and
+        // the profile that was selected stays selected.
         Form_Load();
+        const auto& entries = profiles.entries();
+        for (std::size_t i = 0; i < entries.size(); ++i)
+            if (entries[i].name == selectedName && entries[i].own == selectedOwn)
+                profiles.selected = static_cast<int>(i);
         view_.refresh();
     });
     return ok;

@@ -69,6 +69,8 @@ private:
     void loadLanguage();
     void loadDefaults();
     bool check();
+    // The registry values that changed; false when one could not be written (said in a message).
+    bool writeValues();
     bool writeValue(std::string_view name, std::string_view value);
 
     Services& services_;

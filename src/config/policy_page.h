@@ -38,7 +38,6 @@ public:
     bool changed() const { return user_ != savedUser_; }
     // The user's value made of the choices ("disableemail,enablesaveas"); empty when none is set.
     std::string userValue() const;
-    void markSaved() { savedUser_ = user_; }
 
 private:
     std::string machine_;
