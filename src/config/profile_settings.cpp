@@ -94,7 +94,10 @@ void readSwitches(std::string_view line, ProfileSettings& settings) {
     }
 }
 
+// The value of `key` when `line` is that key's line, indented or not, as the converter reads it.
 std::optional<std::string> keyValue(std::string_view line, std::string_view key) {
+    while (!line.empty() && (line.front() == ' ' || line.front() == '\t'))
+        line.remove_prefix(1);
     if (!text::istartsWith(line, key))
         return std::nullopt;
     return std::string(line.substr(key.size()));
@@ -146,14 +149,12 @@ ProfileSettings parseProfileText(std::string_view fileBytes) {
     const KeyLine keys[] = {{"userpassword=", &ProfileSettings::userPassword},
                             {"ownerpassword=", &ProfileSettings::ownerPassword},
                             {"plassist2=", &ProfileSettings::actionTarget}};
-    std::string_view rest = all;
+    // Lines end as the assistant's readers see them: CR LF, LF or a CR alone.
+    const std::string lines = text::crlfLines(all);
     bool first = true;
-    while (!rest.empty()) {
-        const std::size_t end = rest.find('\n');
-        std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(end == std::string_view::npos ? rest.size() : end + 1);
-        if (line.ends_with('\r'))
-            line.remove_suffix(1);
+    for (std::size_t from = 0, end; from < lines.size(); from = end + 2) {
+        end = lines.find("\r\n", from);
+        const std::string_view line = std::string_view(lines).substr(from, end - from);
         if (first) {
             readSwitches(line, settings);
             first = false;

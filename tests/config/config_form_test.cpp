@@ -141,7 +141,7 @@ TEST_F(config_profiles, a_password_and_a_save_folder_are_what_the_dialog_and_the
 
 TEST_F(config_profiles, an_edited_profile_keeps_the_lines_it_does_not_understand) {
     root.write("home/Paperlark/Mine.plp", "-sDEVICE=pdfwrite -dPDFSETTINGS=/ebook -dFastWebView\r\n"
-                                          "; made by hand\r\nplassist3=kept along\r\nownerpassword=chef\r\n"
+                                          "; made by hand\r\nplassist3=kept along\r\n  ownerpassword=chef\r\n"
                                           "plassist=print\r\n");
     auto& f = openConfig();
     const auto& entries = f.profiles.entries();
