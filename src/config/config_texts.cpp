@@ -2,7 +2,7 @@
 
 #include "base/text.h"
 
-#include <array>
+#include <iterator>
 
 namespace pl::config {
 
@@ -13,7 +13,7 @@ struct Pair {
     std::string_view english;
 };
 
-constexpr std::array<Pair, static_cast<std::size_t>(Txt::Count)> Table{{
+constexpr Pair Table[] = {
     {"Paperlark Konfiguration", "Paperlark Configuration"},
     {"Sprache", "Language"},
     {"Voreinstellungen", "Defaults"},
@@ -92,7 +92,6 @@ constexpr std::array<Pair, static_cast<std::size_t>(Txt::Count)> Table{{
     {"Das Ausgabeformat wird oben gewählt, nicht mit $1$.", "The output format is chosen above, not with $1$."},
     {"Kennwörter gehören in die Kennwort-Felder, nicht zu den Schaltern.",
      "Passwords belong in the password fields, not among the switches."},
-    {"Nur PDF-Dateien können mit einem Kennwort geschützt werden.", "Only PDF files can be protected by a password."},
     {"Dieses Kennwort kann nicht verwendet werden (Zeilenumbruch, oder ein \\ am Ende zusammen mit Leerzeichen oder "
      "\").",
      "This password cannot be used (a line break, or a \\ at its end together with blanks or \")."},
@@ -105,7 +104,9 @@ constexpr std::array<Pair, static_cast<std::size_t>(Txt::Count)> Table{{
     {"OK", "OK"},
     {"Abbrechen", "Cancel"},
     {"Ü&bernehmen", "&Apply"},
-}};
+};
+// One row for every text, in the order of Txt.
+static_assert(std::size(Table) == static_cast<std::size_t>(Txt::Count));
 
 } // namespace
 

@@ -81,7 +81,6 @@ enum class Txt {
     SwitchRefused,
     DeviceInSwitches,
     PasswordInSwitches,
-    PasswordNotPdf,
     PasswordUnusable,
     TargetMissing,
     ResolutionRange,

@@ -239,10 +239,9 @@ Refusal checkProfile(const ProfileSettings& settings) {
     if (isRaster(settings.device) && settings.resolution != 0 &&
         (settings.resolution < 10 || settings.resolution > 2400))
         return {Txt::ResolutionRange, text::number(settings.resolution)};
+    // Passwords protect PDF output only; for other formats they are not written at all.
     const bool passwords = !settings.userPassword.empty() || !settings.ownerPassword.empty();
-    if (passwords && !isPdf(settings.device))
-        return {Txt::PasswordNotPdf, {}};
-    if (passwords) {
+    if (passwords && isPdf(settings.device)) {
         const converter::Passwords pair{settings.userPassword, settings.ownerPassword.empty() ? settings.userPassword
                                                                                               : settings.ownerPassword};
         if (!converter::encryptionArgumentFile(pair))
