@@ -70,7 +70,7 @@ ConfigWindow::ConfigWindow() {
     connect(cmdOk_, &QPushButton::clicked, this, [this] { model_->cmdOk_Click(); });
     connect(cmdCancel_, &QPushButton::clicked, this, [this] { model_->cmdCancel_Click(); });
     connect(cmdApply_, &QPushButton::clicked, this, [this] { model_->cmdApply_Click(); });
-    resize(640, 480);
+    resize(720, 500);
 }
 
 void ConfigWindow::bind(config::ConfigForm& model) {
@@ -158,7 +158,7 @@ QWidget* ConfigWindow::profilesPage() {
     layout->addLayout(left, 2);
 
     profileEditor_ = new QWidget(page);
-    auto* form = new QFormLayout(profileEditor_);
+    auto* form = profileForm_ = new QFormLayout(profileEditor_);
     lbReadOnly_ = new QLabel(profileEditor_);
     lbFormat_ = new QLabel(profileEditor_);
     format_ = named(new QComboBox(profileEditor_), "format");
@@ -410,7 +410,7 @@ void ConfigWindow::drawProfile() {
     for (QWidget* w : std::initializer_list<QWidget*>{format_, quality_, pdfa_, resolution_, switches_, userPw_,
                                                       ownerPw_, action_, target_})
         w->setEnabled(editable);
-    lbReadOnly_->setVisible(!editable);
+    profileForm_->setRowVisible(lbReadOnly_, !editable);
 
     QStringList formats;
     int formatIndex = -1;
@@ -431,11 +431,10 @@ void ConfigWindow::drawProfile() {
     pdfa_->setChecked(s.pdfaLevel > 0);
     resolution_->setValue(s.resolution);
     const bool pdf = config::isPdf(s.device);
-    for (QWidget* w :
-         std::initializer_list<QWidget*>{lbQuality_, quality_, pdfa_, lbUserPw_, userPw_, lbOwnerPw_, ownerPw_})
-        w->setVisible(pdf);
-    lbResolution_->setVisible(config::isRaster(s.device));
-    resolution_->setVisible(config::isRaster(s.device));
+    // Rows that do not apply to the format go, without leaving gaps.
+    for (QWidget* field : std::initializer_list<QWidget*>{quality_, pdfa_, userPw_, ownerPw_})
+        profileForm_->setRowVisible(field, pdf);
+    profileForm_->setRowVisible(resolution_, config::isRaster(s.device));
     const auto setText = [](QLineEdit* edit, const std::string& value) {
         if (edit->text() != qs(value))
             edit->setText(qs(value));
@@ -449,8 +448,7 @@ void ConfigWindow::drawProfile() {
               qs(t(Txt::ActionMultiDoc)), qs(t(Txt::ActionSaveDir)), qs(t(Txt::ActionSaveFile))});
     action_->setCurrentIndex(static_cast<int>(s.action));
     const bool targeted = s.action == config::AutoAction::SaveDir || s.action == config::AutoAction::SaveFile;
-    lbTarget_->setVisible(targeted);
-    target_->setVisible(targeted);
+    profileForm_->setRowVisible(target_, targeted);
     lbSwitchLine_->setText(qs(config::switchLine(s)));
     const config::Refusal refusal = editable ? config::checkProfile(s) : config::Refusal{};
     lbRefusal_->setText(refusal ? qs(t(refusal.text, refusal.detail)) : QString());

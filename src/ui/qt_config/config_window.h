@@ -13,6 +13,7 @@ class QComboBox;
 class QLabel;
 class QLineEdit;
 class QListWidget;
+class QFormLayout;
 class QPushButton;
 class QSpinBox;
 class QTabWidget;
@@ -65,6 +66,7 @@ private:
     QListWidget* profileList_;
     QPushButton *cmdNew_, *cmdCopy_, *cmdRename_, *cmdDelete_;
     QWidget* profileEditor_;
+    QFormLayout* profileForm_;
     QLabel *lbReadOnly_, *lbFormat_, *lbQuality_, *lbResolution_, *lbSwitches_, *lbUserPw_, *lbOwnerPw_, *lbAction_,
         *lbTarget_, *lbSwitchLine_, *lbRefusal_;
     QComboBox *format_, *quality_, *action_;
