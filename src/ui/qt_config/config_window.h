@@ -25,6 +25,8 @@ class ConfigWindow final : public QWidget, public config::ConfigView {
 public:
     // The model is made by the caller with this window as its view, then handed over.
     ConfigWindow();
+    // The model may be gone before the widgets: nothing they signal while they go reaches it.
+    ~ConfigWindow() override { model_ = nullptr; }
     void bind(config::ConfigForm& model);
 
     QTabWidget* tabs() const { return tabs_; }
