@@ -3,6 +3,7 @@
 #include "converter/profile.h"
 #include "dialog/policy.h"
 #include "naming/output_suffix.h"
+#include "platform/paths.h"
 #include "texts/language_selection.h"
 
 #include <filesystem>
@@ -54,10 +55,11 @@ TEST_F(config_form, cancel_writes_nothing_and_ok_writes_only_what_changed) {
     setUser("Debug", "2");
     setUser("ADefault", "email");
     const std::string before = hives.readHive("HKEY_CURRENT_USER");
+    const std::string spool = root.folder() + "elsewhere"; // a full path on every system
 
     auto& f = openConfig();
     f.language = 1;
-    f.defaults = {"High Quality", false, 3, "Ablage", "/srv/spool", true};
+    f.defaults = {"High Quality", false, 3, "Ablage", spool, true};
     f.policy.setUserChoice(0, PolicyChoice::Hide);
     newProfile("Mine");
     f.cmdCancel_Click();
@@ -70,13 +72,13 @@ TEST_F(config_form, cancel_writes_nothing_and_ok_writes_only_what_changed) {
     EXPECT_EQ(hives.readHive("HKEY_CURRENT_USER"), before);
 
     auto& g = openConfig();
-    g.defaults = {"High Quality", false, 3, "Ablage", "/srv/spool", g.defaults.debug};
+    g.defaults = {"High Quality", false, 3, "Ablage", spool, g.defaults.debug};
     g.cmdOk_Click();
     EXPECT_EQ(user("DefaultProfile"), "High Quality");
     EXPECT_EQ(user("OpenPdf"), "0");
     EXPECT_EQ(user("ADefault"), "desktop");
     EXPECT_EQ(user("DesktopCaption"), "Ablage");
-    EXPECT_EQ(user("psdir"), "/srv/spool/");
+    EXPECT_EQ(user("psdir"), spool + platform::PathSep);
     EXPECT_EQ(user("Debug"), "2");
 
     // Emptied values go, so that the administrator's or the built-in ones apply again.
