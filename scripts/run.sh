@@ -12,7 +12,7 @@ here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 
 build="$here/build-release"
 cmake -S "$here" -B "$build" -G Ninja -DCMAKE_BUILD_TYPE=Release -DPAPERLARK_TESTS=OFF -DPAPERLARK_BENCH=OFF >/dev/null
-cmake --build "$build" -j "$(nproc)" --target plassist paperlark >/dev/null
+cmake --build "$build" -j "$(nproc)" --target plassist paperlark plucnfg >/dev/null
 suite="$build/suite"
 
 if [ -z "${PAPERLARK_HEADLESS:-}" ] && [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then
