@@ -84,7 +84,6 @@ FileHolder::~FileHolder() {
 ActionsFixture::ActionsFixture() {
     recordFile = root.folder() + "calls.txt";
     tempFolder = root.folder() + "tmp";
-    desktop = root.folder() + "desktop/";
     out = root.folder() + "out/";
     std::filesystem::create_directories(tempFolder);
     std::filesystem::create_directories(out);

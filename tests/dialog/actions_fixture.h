@@ -53,7 +53,6 @@ protected:
 
     std::string recordFile; // where the recording converter writes
     std::string tempFolder; // the user's temporary folder ("temp")
-    std::string desktop;    // the user's desktop as the shell folders name it
     std::string out;        // a folder for saved files
 };
 

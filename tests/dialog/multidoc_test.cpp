@@ -22,16 +22,6 @@ protected:
         openWithActions().actions().cmdSort_Click();
         return *buttons().sortForm();
     }
-    // The titles of the queue files in number order, as long as the run is unbroken.
-    Titles queueTitles() const {
-        Titles titles;
-        for (int n = 1; fs::exists(queued(n)); ++n) {
-            const std::string content = root.read("spool/MultiDocanna" + std::to_string(n) + ".ps");
-            const auto at = content.find("%%Title: ") + 9;
-            titles.push_back(content.substr(at, content.find('\r', at) - at));
-        }
-        return titles;
-    }
     std::size_t leftovers() const {
         std::size_t count = 0;
         for (const auto& entry : fs::directory_iterator(userSpool))

@@ -26,24 +26,10 @@ struct ActionScene : DialogScene {
         world.env.set("RECORDING_CONVERTER_LOG", world.root.folder() + "calls.txt");
         std::filesystem::copy_file(RECORDING_CONVERTER, world.suite + "paperlark");
         world.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite\r\n");
-        world.writeJob(world.machineSpool, "anna0001.ps", "Quarterly Report");
-        world.offerJob(world.machineSpool, "anna0001.ps");
+        world.offerMachineJob("Quarterly Report");
     }
     dialog::DialogJobActions& buttons() { return dynamic_cast<dialog::DialogJobActions&>(dialog->actions()); }
 };
-
-// The titles of anna's queued documents, in the order of their numbers.
-QStringList queueTitles(const QtWorld& world) {
-    QStringList titles;
-    for (int n = 1;; ++n) {
-        const std::string name = "MultiDocanna" + std::to_string(n) + ".ps";
-        if (!world.exists(world.userSpool + name))
-            return titles;
-        const std::string content = world.root.read("spool/" + name);
-        const auto at = content.find("%%Title: ") + 9;
-        titles << QString::fromStdString(content.substr(at, content.find('\r', at) - at));
-    }
-}
 
 template <class W> W* in(qtui::QtFormWindow& window, const char* name) {
     return qobject_cast<W*>(window.controlWidget(name));
@@ -105,9 +91,9 @@ void JobDialogActionsTest::the_encryption_box_goes_through_three_states_with_a_p
 
 void JobDialogActionsTest::the_sort_button_opens_the_queue_modally_and_ok_applies_the_new_order() {
     ActionScene scene; // with three documents queued by anna
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna1.ps", "Anfang");
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna2.ps", "Mitte");
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna3.ps", "Ende");
+    int n = 0;
+    for (const char* title : {"Anfang", "Mitte", "Ende"})
+        scene.world.writeQueued(++n, title);
     QVERIFY(scene.open());
     QStringList shown;
     QString caption;
@@ -135,7 +121,7 @@ void JobDialogActionsTest::the_sort_button_opens_the_queue_modally_and_ok_applie
     QCOMPARE(caption, QStringLiteral("MultiDoc Sort"));
     QVERIFY(jobDialogBlocked);
     QCOMPARE(shown, (QStringList{"1: Anfang", "2: Mitte", "3: Ende"}));
-    QCOMPARE(queueTitles(scene.world), (QStringList{"Ende", "Anfang", "Mitte"}));
+    QCOMPARE(scene.world.queueTitles(), (std::vector<std::string>{"Ende", "Anfang", "Mitte"}));
     QVERIFY(scene.window()->isVisible()); // back to the job dialog
     QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
 }
