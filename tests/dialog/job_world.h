@@ -11,12 +11,21 @@
 #include "support/temp_dir.h"
 #include "support/test_registry.h"
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
+#include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace pl::test {
+
+// One start of the recording converter: its working folder and its arguments.
+struct RecordedCall {
+    std::string folder;
+    std::vector<std::string> args;
+};
 
 template <class ViewT> class JobWorld {
 public:
@@ -88,6 +97,35 @@ public:
             titles.push_back(content.substr(at, content.find('\r', at) - at));
         }
         return titles;
+    }
+    // The recording converter (a program that writes down how it was called) as the suite's converter.
+    void installRecordingConverter(const std::string& program) {
+        env.set("RECORDING_CONVERTER_LOG", root.folder() + "calls.txt");
+        std::filesystem::copy_file(program, suite + "paperlark");
+    }
+    // Its calls so far, after waiting until at least `count` have arrived (or a timeout): it is
+    // started as a real process and not waited for.
+    std::vector<RecordedCall> waitForCalls(std::size_t count,
+                                           std::chrono::milliseconds timeout = std::chrono::seconds(10)) const {
+        const auto until = std::chrono::steady_clock::now() + timeout;
+        for (;;) {
+            std::vector<RecordedCall> calls; // complete ones only: "=== end" closes each
+            RecordedCall current;
+            std::istringstream lines(root.read("calls.txt"));
+            for (std::string line; std::getline(lines, line);) {
+                if (line == "=== call")
+                    current = {};
+                else if (line == "=== end")
+                    calls.push_back(current);
+                else if (line.starts_with("folder="))
+                    current.folder = line.substr(7);
+                else if (line.starts_with("arg="))
+                    current.args.push_back(line.substr(4));
+            }
+            if (calls.size() >= count || std::chrono::steady_clock::now() > until)
+                return calls;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
     }
     bool exists(const std::string& path) const { return std::filesystem::exists(path); }
     // The reported errors, one per line; empty when there were none.

@@ -13,7 +13,6 @@
 #include <QPushButton>
 #include <QTest>
 
-#include <filesystem>
 
 using namespace pl;
 using namespace pl::test;
@@ -23,8 +22,7 @@ namespace {
 // anna's job in the machine spool folder, the recording converter as the suite's converter.
 struct ActionScene : DialogScene {
     ActionScene() : DialogScene(dialog::jobActions) {
-        world.env.set("RECORDING_CONVERTER_LOG", world.root.folder() + "calls.txt");
-        std::filesystem::copy_file(RECORDING_CONVERTER, world.suite + "paperlark");
+        world.installRecordingConverter(RECORDING_CONVERTER);
         world.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite\r\n");
         world.offerMachineJob("Quarterly Report");
     }
@@ -55,12 +53,10 @@ void JobDialogActionsTest::enter_in_the_name_box_puts_the_pdf_on_the_desktop() {
     QTest::keyClicks(name, "Brief");
     QTest::keyClick(name, Qt::Key_Return);
 
-    // The converter is called with /3 first and the file on the desktop among its arguments.
-    std::string record;
-    QTRY_VERIFY_WITH_TIMEOUT((record = scene.world.root.read("calls.txt")).find("=== end") != std::string::npos, 10000);
-    QVERIFY2(record.find("\narg=") != std::string::npos && record.find("\narg=") == record.find("\narg=/3\n"),
-             record.c_str());
-    QVERIFY2(record.find("\narg=" + scene.world.desktop + "Brief.pdf\n") != std::string::npos, record.c_str());
+    const auto calls = scene.world.waitForCalls(1);
+    QCOMPARE(calls.size(), std::size_t(1));
+    QCOMPARE(calls[0].args, (std::vector<std::string>{"/3", "delps,save,open,nocode", "High Quality",
+                                                      scene.world.desktop + "Brief.pdf", scene.world.state.PsFile}));
     QVERIFY(!scene.world.exists(scene.world.machineSpool + "anna0001.ps")); // taken out of the watcher's sight
     QVERIFY(!scene.dialog->form().loaded);
     QTRY_VERIFY(window.isNull());
