@@ -13,7 +13,6 @@
 #include <QPushButton>
 #include <QTest>
 
-
 using namespace pl;
 using namespace pl::test;
 
