@@ -4,39 +4,11 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
-#include <sstream>
 #include <sys/file.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace pl::test {
-
-namespace {
-
-std::vector<RecordedCall> parseCalls(const std::string& record) {
-    std::vector<RecordedCall> calls;
-    std::istringstream lines(record);
-    std::string line;
-    RecordedCall current;
-    bool open = false;
-    while (std::getline(lines, line)) {
-        if (line == "=== call") {
-            current = {};
-            open = true;
-        } else if (line == "=== end" && open) {
-            calls.push_back(current);
-            open = false;
-        } else if (line.starts_with("folder=")) {
-            current.folder = line.substr(7);
-        } else if (line.starts_with("arg=")) {
-            current.args.push_back(line.substr(4));
-        }
-    }
-    return calls;
-}
-
-} // namespace
 
 FileHolder::FileHolder(const std::string& path, Lock kind) {
     int ready[2], release[2];
@@ -82,27 +54,14 @@ FileHolder::~FileHolder() {
 }
 
 ActionsFixture::ActionsFixture() {
-    recordFile = root.folder() + "calls.txt";
     tempFolder = root.folder() + "tmp";
-    desktop = root.folder() + "desktop/";
     out = root.folder() + "out/";
     std::filesystem::create_directories(tempFolder);
     std::filesystem::create_directories(out);
-    env.set("RECORDING_CONVERTER_LOG", recordFile);
     env.set("TMPDIR", tempFolder);
     // The suite folder ("pldir") is where the converter is looked for ("plDir", the same value).
-    std::filesystem::copy_file(RECORDING_CONVERTER, suite + "paperlark");
+    installRecordingConverter(RECORDING_CONVERTER);
     writeProfile(suite, "High Quality.plp");
-}
-
-std::vector<RecordedCall> ActionsFixture::waitForCalls(std::size_t count, std::chrono::milliseconds timeout) const {
-    const auto until = std::chrono::steady_clock::now() + timeout;
-    for (;;) {
-        auto calls = parseCalls(root.read("calls.txt"));
-        if (calls.size() >= count || std::chrono::steady_clock::now() > until)
-            return calls;
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
 }
 
 bool ActionsFixture::noCallArrives() const {

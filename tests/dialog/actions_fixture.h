@@ -12,12 +12,6 @@
 
 namespace pl::test {
 
-// One start of the recording converter.
-struct RecordedCall {
-    std::string folder; // its working folder
-    std::vector<std::string> args;
-};
-
 // Another process that holds a file open with a lock, as a program that wants the file to itself
 // does, until the object goes away.
 class FileHolder {
@@ -39,9 +33,6 @@ class ActionsFixture : public DialogFixture {
 protected:
     ActionsFixture();
 
-    // The calls recorded so far, after waiting until at least `count` have arrived (or a timeout).
-    std::vector<RecordedCall> waitForCalls(std::size_t count,
-                                           std::chrono::milliseconds timeout = std::chrono::seconds(10)) const;
     // No call arrives within a moment.
     bool noCallArrives() const;
     // The one message shown was `prompt`, with the exclamation icon and the program's title.
@@ -51,9 +42,7 @@ protected:
     dialog::JobDialog& openWithActions();
     dialog::DialogJobActions& buttons();
 
-    std::string recordFile; // where the recording converter writes
     std::string tempFolder; // the user's temporary folder ("temp")
-    std::string desktop;    // the user's desktop as the shell folders name it
     std::string out;        // a folder for saved files
 };
 

@@ -22,16 +22,6 @@ protected:
         openWithActions().actions().cmdSort_Click();
         return *buttons().sortForm();
     }
-    // The titles of the queue files in number order, as long as the run is unbroken.
-    Titles queueTitles() const {
-        Titles titles;
-        for (int n = 1; fs::exists(queued(n)); ++n) {
-            const std::string content = root.read("spool/MultiDocanna" + std::to_string(n) + ".ps");
-            const auto at = content.find("%%Title: ") + 9;
-            titles.push_back(content.substr(at, content.find('\r', at) - at));
-        }
-        return titles;
-    }
     std::size_t leftovers() const {
         std::size_t count = 0;
         for (const auto& entry : fs::directory_iterator(userSpool))
@@ -40,7 +30,7 @@ protected:
     }
 };
 
-TEST_F(multidoc, queues_under_the_lowest_free_number_and_the_next_conversion_passes_the_whole_run) {
+TEST_F(multidoc, queues_under_the_lowest_free_number_without_converting) {
     writeJob(userSpool, "MultiDocbert1.ps", "Bert's"); // another user's queue is not counted
     queueJob("Eins", "anna0001.ps");
     EXPECT_FALSE(fs::exists(machineSpool + "anna0001.ps"));
@@ -50,14 +40,6 @@ TEST_F(multidoc, queues_under_the_lowest_free_number_and_the_next_conversion_pas
     queueJob("Zwei", "anna0002.ps");
     EXPECT_EQ(queueTitles(), (Titles{"Eins", "Zwei", "Drei"}));
     EXPECT_TRUE(noCallArrives());
-
-    offerMachineJob("Vier", "anna0003.ps");
-    openWithActions().actions().cmdDesktop_Click();
-    const auto calls = waitForCalls(1);
-    ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].args,
-              (std::vector<std::string>{"/3", "delps,save,open,nocode", "High Quality", desktop + "Eins.pdf", queued(1),
-                                        queued(2), queued(3), state.PsFile}));
 }
 
 TEST_F(multidoc, sorting_renames_the_queue_into_the_new_order) {

@@ -94,7 +94,7 @@ TEST_F(policy, a_bar_ends_the_text_and_enabling_beats_disabling_and_the_dialog_c
         expectLayout(c);
     setMachine("APol", "Disableemail|");
     setUser("APol", "enableemail");
-    EXPECT_EQ(dialog::policyText(*registry), "disableemail|");
+    EXPECT_EQ(dialog::policyText(registry), "disableemail|");
 }
 
 TEST_F(policy, hidden_buttons_leave_no_gap_in_the_row_whichever_go) {

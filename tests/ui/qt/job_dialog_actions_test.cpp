@@ -13,8 +13,6 @@
 #include <QPushButton>
 #include <QTest>
 
-#include <filesystem>
-
 using namespace pl;
 using namespace pl::test;
 
@@ -23,27 +21,12 @@ namespace {
 // anna's job in the machine spool folder, the recording converter as the suite's converter.
 struct ActionScene : DialogScene {
     ActionScene() : DialogScene(dialog::jobActions) {
-        world.env.set("RECORDING_CONVERTER_LOG", world.root.folder() + "calls.txt");
-        std::filesystem::copy_file(RECORDING_CONVERTER, world.suite + "paperlark");
+        world.installRecordingConverter(RECORDING_CONVERTER);
         world.root.write("suite/High Quality.plp", "-sDEVICE=pdfwrite\r\n");
-        world.writeJob(world.machineSpool, "anna0001.ps", "Quarterly Report");
-        world.offerJob(world.machineSpool, "anna0001.ps");
+        world.offerMachineJob("Quarterly Report");
     }
     dialog::DialogJobActions& buttons() { return dynamic_cast<dialog::DialogJobActions&>(dialog->actions()); }
 };
-
-// The titles of anna's queued documents, in the order of their numbers.
-QStringList queueTitles(const QtWorld& world) {
-    QStringList titles;
-    for (int n = 1;; ++n) {
-        const std::string name = "MultiDocanna" + std::to_string(n) + ".ps";
-        if (!world.exists(world.userSpool + name))
-            return titles;
-        const std::string content = world.root.read("spool/" + name);
-        const auto at = content.find("%%Title: ") + 9;
-        titles << QString::fromStdString(content.substr(at, content.find('\r', at) - at));
-    }
-}
 
 template <class W> W* in(qtui::QtFormWindow& window, const char* name) {
     return qobject_cast<W*>(window.controlWidget(name));
@@ -69,12 +52,10 @@ void JobDialogActionsTest::enter_in_the_name_box_puts_the_pdf_on_the_desktop() {
     QTest::keyClicks(name, "Brief");
     QTest::keyClick(name, Qt::Key_Return);
 
-    // The converter is called with /3 first and the file on the desktop among its arguments.
-    std::string record;
-    QTRY_VERIFY_WITH_TIMEOUT((record = scene.world.root.read("calls.txt")).find("=== end") != std::string::npos, 10000);
-    QVERIFY2(record.find("\narg=") != std::string::npos && record.find("\narg=") == record.find("\narg=/3\n"),
-             record.c_str());
-    QVERIFY2(record.find("\narg=" + scene.world.desktop + "Brief.pdf\n") != std::string::npos, record.c_str());
+    const auto calls = scene.world.waitForCalls(1);
+    QCOMPARE(calls.size(), std::size_t(1));
+    QCOMPARE(calls[0].args, (std::vector<std::string>{"/3", "delps,save,open,nocode", "High Quality",
+                                                      scene.world.desktop + "Brief.pdf", scene.world.state.PsFile}));
     QVERIFY(!scene.world.exists(scene.world.machineSpool + "anna0001.ps")); // taken out of the watcher's sight
     QVERIFY(!scene.dialog->form().loaded);
     QTRY_VERIFY(window.isNull());
@@ -105,9 +86,9 @@ void JobDialogActionsTest::the_encryption_box_goes_through_three_states_with_a_p
 
 void JobDialogActionsTest::the_sort_button_opens_the_queue_modally_and_ok_applies_the_new_order() {
     ActionScene scene; // with three documents queued by anna
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna1.ps", "Anfang");
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna2.ps", "Mitte");
-    scene.world.writeJob(scene.world.userSpool, "MultiDocanna3.ps", "Ende");
+    int n = 0;
+    for (const char* title : {"Anfang", "Mitte", "Ende"})
+        scene.world.writeQueued(++n, title);
     QVERIFY(scene.open());
     QStringList shown;
     QString caption;
@@ -135,7 +116,7 @@ void JobDialogActionsTest::the_sort_button_opens_the_queue_modally_and_ok_applie
     QCOMPARE(caption, QStringLiteral("MultiDoc Sort"));
     QVERIFY(jobDialogBlocked);
     QCOMPARE(shown, (QStringList{"1: Anfang", "2: Mitte", "3: Ende"}));
-    QCOMPARE(queueTitles(scene.world), (QStringList{"Ende", "Anfang", "Mitte"}));
+    QCOMPARE(scene.world.queueTitles(), (std::vector<std::string>{"Ende", "Anfang", "Mitte"}));
     QVERIFY(scene.window()->isVisible()); // back to the job dialog
     QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
 }
