@@ -12,6 +12,7 @@
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "platform/services.h"
+#include "platform/stop_signals.h"
 
 #include <iostream>
 #include <memory>
@@ -89,7 +90,11 @@ int converterMain(const std::vector<std::string>& args) {
                               os->files(),
                               userFolder,
                               platform::withTrailingSep(os->folders().programFolder())};
-    return carryOut(*parsed.request, context);
+    const int exitCode = carryOut(*parsed.request, context);
+    // Stopped by a signal: everything is cleaned up, now end as the signal says.
+    if (exitCode != 0)
+        platform::endIfStopRequested();
+    return exitCode;
 }
 
 } // namespace pl::converter
