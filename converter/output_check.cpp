@@ -166,6 +166,20 @@ std::optional<std::string> checkTiff(File& file) {
     return directories == 0 ? std::optional<std::string>("the TIFF file holds no image") : std::nullopt;
 }
 
+// One picture after the other (Ghostscript puts every page into the one file), each as long as
+// it says, up to the file's last byte.
+std::optional<std::string> checkBmp(File& file) {
+    std::uint64_t at = 0;
+    while (at < file.size()) {
+        const std::string header = file.read(at, 6);
+        const std::uint32_t length = header.size() == 6 ? number(std::string_view(header).substr(2), false) : 0;
+        if (!header.starts_with("BM") || length < 14)
+            return "the BMP file is cut off";
+        at += length;
+    }
+    return at == file.size() ? std::nullopt : std::optional<std::string>("the BMP file is cut off");
+}
+
 } // namespace
 
 std::optional<std::string> incompleteOutput(const std::string& path) {
@@ -189,10 +203,8 @@ std::optional<std::string> incompleteOutput(const std::string& path) {
         return file.tail(64).find("%%EOF") != std::string::npos
                    ? std::nullopt
                    : std::optional<std::string>("the PostScript file has no end");
-    if (head.starts_with("BM") && file.size() >= 6)
-        return number(head.substr(2, 4), false) <= file.size()
-                   ? std::nullopt
-                   : std::optional<std::string>("the BMP file is shorter than it says");
+    if (head.starts_with("BM"))
+        return checkBmp(file);
     return std::nullopt;
 }
 

@@ -76,6 +76,11 @@ int converterMain(const std::vector<std::string>& args) {
     if (settings.debug)
         log = [&services](std::string_view line) { assistant::DebugWrite(line, services); };
     Reporter reporter(*ui, log, std::cerr);
+    // A setting that cannot be used is said, but never stops a job.
+    for (const auto& problem : settings.problems) {
+        std::cerr << "paperlark: " << problem << std::endl;
+        reporter.log(problem);
+    }
     const auto desktop = makeDesktop(*os);
 
     const std::string userProfile = os->environment().get("userprofile");
