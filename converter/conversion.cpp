@@ -99,10 +99,8 @@ public:
 
     int run() {
         context_.report.log("Konvertiere " + describeRequest());
-        // Taken first: an output that exists now was chosen to be replaced; one that appears
-        // later belongs to another job and is kept.
         output_ = absolutePath(request_.output);
-        outputExisted_ = context_.files.exists(output_);
+        outputExisted_ = context_.outputExisted;
         if (!checkInputs() || !settleSwitches() || !settleEncryption() || !prepareOutput() || !convert() ||
             !putInPlace())
             return 1;

@@ -5,6 +5,7 @@
 #include "base/message_box.h"
 #include "converter/conversion.h"
 #include "converter/desktop.h"
+#include "converter/file_ops.h"
 #include "converter/reporter.h"
 #include "converter/settings.h"
 #include "converter/user_interface.h"
@@ -63,6 +64,9 @@ int converterMain(const std::vector<std::string>& args) {
                   << "\nEvery input file was kept.\n";
         return 1;
     }
+    // Whether the output exists decides between replacing it (the person chose that) and keeping
+    // a file that another job writes meanwhile; so it is taken before anything else takes time.
+    const bool outputExisted = os->files().exists(absolutePath(parsed.request->output));
     platform::Registry registry(os->registry());
     const Settings settings = readSettings(&registry, os->environment(), os->files(), PAPERLARK_GHOSTSCRIPT);
 
@@ -93,6 +97,7 @@ int converterMain(const std::vector<std::string>& args) {
                               *ui,
                               *desktop,
                               os->files(),
+                              outputExisted,
                               userFolder,
                               platform::withTrailingSep(os->folders().programFolder())};
     const int exitCode = carryOut(*parsed.request, context);
