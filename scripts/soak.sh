@@ -119,12 +119,15 @@ kill_something() {
         start_assistant "$n"
         return 0
     fi
-    local -a found
-    if [ "$what" -eq 1 ]; then
-        read -r -d '' -a found <<<"$(sandbox_processes "$suite/paperlark")" || true
-    else
-        read -r -d '' -a found <<<"$(sandbox_processes gs)" || true
-    fi
+    # A conversion takes a fraction of a second: wait a little for one to hit.
+    local -a found=()
+    local program="$suite/paperlark"
+    [ "$what" -eq 2 ] && program=gs
+    for _ in $(seq 1 20); do
+        read -r -d '' -a found <<<"$(sandbox_processes "$program")" || true
+        [ "${#found[@]}" -gt 0 ] && break
+        sleep 0.05
+    done
     if [ "${#found[@]}" -gt 0 ] && kill "-$signal" "${found[$((RANDOM % ${#found[@]}))]}" 2>/dev/null; then
         kills[what]=$((kills[what] + 1))
     fi
