@@ -67,7 +67,9 @@ start_assistant() { # $1: its number, which names its session
     XDG_SESSION_ID="soak-$$-$1" "$suite/plassist" >>"$sandbox/plassist-$1.out" 2>&1 &
     assistant_pids[$1]=$!
 }
-# The converters and Ghostscripts of this sandbox: their command lines name its desktop.
+# The converters and Ghostscripts of this sandbox: their command lines name its desktop. (The
+# assistant starts the converter by its Windows name, "Paperlark.exe".)
+converter="$suite/[Pp]aperlark[^ ]*"
 sandbox_processes() { # $1: the program's path or name as started
     pgrep -f -- "^$1 .*$desktop/" || true
 }
@@ -121,7 +123,7 @@ kill_something() {
     fi
     # A conversion takes a fraction of a second: wait a little for one to hit.
     local -a found=()
-    local program="$suite/paperlark"
+    local program="$converter"
     [ "$what" -eq 2 ] && program=gs
     for _ in $(seq 1 20); do
         read -r -d '' -a found <<<"$(sandbox_processes "$program")" || true
@@ -156,14 +158,14 @@ done
 # Then the rest is handled, still under fire, until nothing is left to take or the time is up.
 deadline=$(($(date +%s) + jobs * 2 + 30))
 while [ "$(date +%s)" -lt "$deadline" ]; do
-    if [ "$(untaken)" -eq 0 ] && [ -z "$(sandbox_processes "$suite/paperlark")$(sandbox_processes gs)" ]; then
+    if [ "$(untaken)" -eq 0 ] && [ -z "$(sandbox_processes "$converter")$(sandbox_processes gs)" ]; then
         break
     fi
     wait_under_fire 0.5
 done
 # A converter ended with its assistant may still be finishing its job.
 for _ in $(seq 1 60); do
-    [ -z "$(sandbox_processes "$suite/paperlark")$(sandbox_processes gs)" ] && break
+    [ -z "$(sandbox_processes "$converter")$(sandbox_processes gs)" ] && break
     sleep 0.5
 done
 stop_everything
