@@ -2,10 +2,14 @@
 
 #include "converter/file_ops.h"
 #include "converter/ghostscript_command.h"
+#include "converter/output_check.h"
 #include "converter/output_files.h"
 #include "converter/profile.h"
 #include "platform/child_process.h"
 #include "platform/command_line.h"
+#include "platform/durable_files.h"
+#include "platform/run_marks.h"
+#include "platform/stop_signals.h"
 
 #include <algorithm>
 #include <map>
@@ -19,6 +23,10 @@ namespace {
 
 // At most this many lines of Ghostscript's own output go into a failure message.
 constexpr std::size_t kQuotedLines = 8;
+// A name that another job took meanwhile is numbered up to this, as free names are.
+constexpr int kHighestNumber = 1000;
+// Ghostscript's work folders in the temporary folder begin with this.
+constexpr const char* kWorkFolderPrefix = "paperlark-";
 
 std::string inQuotes(std::string_view s) {
     return "\"" + std::string(s) + "\"";
@@ -91,6 +99,8 @@ public:
 
     int run() {
         context_.report.log("Konvertiere " + describeRequest());
+        output_ = absolutePath(request_.output);
+        outputExisted_ = context_.outputExisted;
         if (!checkInputs() || !settleSwitches() || !settleEncryption() || !prepareOutput() || !convert() ||
             !putInPlace())
             return 1;
@@ -100,12 +110,14 @@ public:
     // Leaves nothing behind of a run that did not produce its result.
     void abandon() {
         removeWorkFolder();
-        if (finished_)
-            return;
-        if (!temporary_.empty())
-            removeFile(temporary_);
-        for (const auto& file : producedPageFiles())
-            removeFile(file);
+        if (!finished_) {
+            if (!temporary_.empty())
+                removeFile(temporary_);
+            for (const auto& file : producedPageFiles())
+                removeFile(file);
+        }
+        // Nothing is left to clean up: a request to stop may end the program at once again.
+        stopRequests_.reset();
     }
 
 private:
@@ -113,6 +125,8 @@ private:
     ConversionContext& context_;
     std::vector<std::string> inputs_;
     std::string output_;
+    bool outputExisted_ = false;
+    std::optional<platform::StopRequests> stopRequests_; // while there are files to clean up
     ProfileSwitches switches_;
     std::optional<std::string> argumentFileText_; // the passwords for Ghostscript, when encrypting
     std::optional<std::string> workFolder_;       // Ghostscript's private temporary folder
@@ -220,15 +234,19 @@ private:
     }
 
     bool prepareOutput() {
-        output_ = absolutePath(request_.output);
         const std::string folder = folderOf(output_);
         if (!isFolder(folder))
             return fail("The folder " + inQuotes(folder) + " does not exist; nothing was converted.");
         if (isFolder(output_))
             return fail("The output " + inQuotes(output_) + " is a folder; nothing was converted.");
+        if (outputExisted_ && platform::isReadOnly(output_))
+            return fail(readOnlyMessage());
 
-        // Trying to create a file is the only sure test that the folder can be written.
-        const std::string probe = utf8Path(fsPath(folder) / fsPath("~paperlark-" + randomHex() + ".tmp"));
+        stopRequests_.emplace();
+        removeStaleTemporaries(folder);
+        // Trying to create a file is the only sure test that the folder can be written. It is
+        // hidden: nobody should open or take it for a result while it is written.
+        const std::string probe = temporaryPath(folder, platform::currentRunTag(), randomHex());
         if (!createEmptyFile(probe))
             return fail("Cannot write into the folder " + inQuotes(folder) + "; nothing was converted.");
 
@@ -249,7 +267,8 @@ private:
     // A folder of Ghostscript's own, which only this user can enter: it holds the password file,
     // and Ghostscript's temporary files go there too, so that none stays behind when it is ended.
     bool prepareWorkFolder() {
-        workFolder_ = platform::createPrivateTempFolder("paperlark-");
+        platform::removeStalePrivateTempFolders(kWorkFolderPrefix);
+        workFolder_ = platform::createPrivateTempFolder(kWorkFolderPrefix);
         if (!workFolder_)
             return fail("No temporary folder can be created for Ghostscript; nothing was converted.");
         if (argumentFileText_) {
@@ -270,6 +289,7 @@ private:
         run.argumentFile = argumentFile_;
         run.outputFile = pattern_ ? ghostscriptOutputFile(output_, true) : ghostscriptOutputFile(temporary_, false);
         run.inputs = inputs_;
+        run.pageCountTag = "paperlark-pages-" + randomHex();
         const std::vector<std::string> args = ghostscriptArguments(run);
 
         std::string commandLine;
@@ -278,12 +298,15 @@ private:
         context_.report.log("Ghostscript: " + commandLine);
 
         const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(context_.settings.timeLimit);
-        const platform::ChildResult result = platform::runAndWait(args, limit, *workFolder_);
+        platform::ChildResult result = platform::runAndWait(args, limit, *workFolder_);
         removeWorkFolder();
+        const auto pages = takePageCount(result.output, run.pageCountTag);
 
         if (!result.started)
             return fail("Ghostscript (" + inQuotes(run.program) + ") cannot be started: " + result.startError +
                         ". Nothing was converted.");
+        if (result.stopped)
+            return fail(stoppedMessage());
         if (result.timedOut)
             return fail("Ghostscript did not finish within " + std::to_string(context_.settings.timeLimit.count()) +
                         " seconds and was stopped; nothing was converted.");
@@ -291,30 +314,79 @@ private:
             return fail("Ghostscript could not convert the job (exit code " + std::to_string(result.exitCode) +
                         "); nothing was converted." + failureDetails(result.output));
 
+        if (pages && *pages == 0)
+            return fail("The job drew no page; nothing was converted.");
+
+        // Ghostscript's exit code proves nothing: it reports success when the disk filled up under
+        // it. Only a result that is on the disk and whole up to its end counts.
+        std::vector<std::string> written;
         if (pattern_) {
-            results_ = producedPageFiles();
-            if (results_.empty())
+            written = producedPageFiles();
+            if (written.empty())
                 return fail("Ghostscript wrote no page; nothing was converted." + failureDetails(result.output));
         } else {
-            const auto size = fileSize(temporary_);
-            if (!size || *size == 0)
-                return fail("Ghostscript wrote an empty result; nothing was converted." +
-                            failureDetails(result.output));
+            written = {temporary_};
         }
+        for (const auto& file : written) {
+            const auto problem = platform::syncFile(file) ? incompleteOutput(file) : "it cannot be written to the disk";
+            if (problem)
+                return fail("Ghostscript's result is incomplete: " + *problem +
+                            " (is the disk full?); nothing was converted." + failureDetails(result.output));
+        }
+        results_ = written;
         return true;
     }
 
+    std::string readOnlyMessage() const {
+        return "The output " + inQuotes(output_) + " is read-only and is not replaced; nothing was converted.";
+    }
+
+    std::string stoppedMessage() const {
+        return "The conversion was stopped (signal " + std::to_string(platform::stopRequested()) +
+               "); nothing was converted.";
+    }
+
+    // The result under the output's name, or, when another job took that name while this one was
+    // converted, under the next free numbered name. Never in place of a file it was not meant to
+    // replace.
+    std::optional<std::string> placeResult() {
+        if (outputExisted_)
+            return replaceFile(temporary_, output_) ? std::optional(output_) : std::nullopt;
+        for (int n = 0; n <= kHighestNumber; ++n) {
+            const std::string candidate = n == 0 ? output_ : numberedPath(output_, n);
+            switch (platform::placeWithoutReplacing(temporary_, candidate)) {
+            case platform::Placed::Done:
+                if (n > 0)
+                    context_.report.log("Name inzwischen vergeben: " + output_);
+                return candidate;
+            case platform::Placed::Taken:
+                continue;
+            case platform::Placed::Failed:
+                return std::nullopt;
+            }
+        }
+        return std::nullopt;
+    }
+
     bool putInPlace() {
+        if (platform::stopRequested())
+            return fail(stoppedMessage());
         if (pattern_) {
             finished_ = true;
+            stopRequests_.reset();
             return true;
         }
-        if (!replaceFile(temporary_, output_))
+        if (outputExisted_ && platform::isReadOnly(output_))
+            return fail(readOnlyMessage());
+        const auto placed = placeResult();
+        if (!placed)
             return fail("The result cannot be saved as " + inQuotes(output_) + "; nothing was converted.");
         temporary_.clear();
         finished_ = true;
-        results_ = {output_};
-        context_.report.log("Ausgabe geschrieben: " + output_);
+        stopRequests_.reset();
+        platform::syncFolder(folderOf(*placed));
+        results_ = {*placed};
+        context_.report.log("Ausgabe geschrieben: " + *placed);
         return true;
     }
 

@@ -21,6 +21,7 @@ struct ConversionContext {
     UserInterface& ui;
     Desktop& desktop;
     const platform::FileSystem& files;
+    bool outputExisted;            // the output existed when the converter started
     std::string userProfileFolder; // the user's own profiles; ends in the separator; may be empty
     std::string suiteFolder;       // the installation's profiles; ends in the separator
 };

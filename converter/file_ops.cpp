@@ -33,14 +33,6 @@ bool isFolder(std::string_view path) {
     return fs::is_directory(fsPath(path), ec);
 }
 
-std::optional<std::uintmax_t> fileSize(std::string_view path) {
-    std::error_code ec;
-    const auto size = fs::file_size(fsPath(path), ec);
-    if (ec)
-        return std::nullopt;
-    return size;
-}
-
 bool removeFile(std::string_view path) {
     std::error_code ec;
     return fs::remove(fsPath(path), ec);

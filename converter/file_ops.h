@@ -4,7 +4,6 @@
 
 #include "platform/paths.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -24,7 +23,6 @@ std::string fileNameOf(std::string_view path);
 
 bool isFile(std::string_view path);
 bool isFolder(std::string_view path);
-std::optional<std::uintmax_t> fileSize(std::string_view path);
 bool removeFile(std::string_view path);
 // Renames `from` to `to`, replacing `to` when it exists.
 bool replaceFile(std::string_view from, std::string_view to);

@@ -130,7 +130,34 @@ std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run) {
     // it begins with.
     for (const auto& input : run.inputs)
         args.push_back("-f" + input);
+    if (!run.pageCountTag.empty()) {
+        // The device counts every page a job puts out; a job without one (no showpage, or no
+        // content at all) still gets a blank page from the PDF writer, so only this tells. The
+        // names are taken from systemdict, whatever the job defined.
+        args.push_back("-c");
+        args.push_back("systemdict begin (\\n%%" + run.pageCountTag +
+                       ": ) print currentpagedevice /PageCount get 20 string cvs print (\\n) print flush end");
+    }
     return args;
+}
+
+std::optional<int> takePageCount(std::string& output, std::string_view tag) {
+    const std::string marker = "%%" + std::string(tag) + ": ";
+    const std::size_t at = output.rfind(marker);
+    if (at == std::string::npos)
+        return std::nullopt;
+    std::size_t end = output.find('\n', at);
+    if (end == std::string::npos)
+        end = output.size();
+    const std::string number = output.substr(at + marker.size(), end - at - marker.size());
+    output.erase(at, end - at);
+    int pages = 0;
+    for (const char c : number) {
+        if (c < '0' || c > '9' || pages > 1000000)
+            return std::nullopt;
+        pages = pages * 10 + (c - '0');
+    }
+    return number.empty() ? std::nullopt : std::optional<int>(pages);
 }
 
 } // namespace pl::converter

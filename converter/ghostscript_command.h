@@ -47,8 +47,15 @@ struct GhostscriptRun {
     std::optional<std::string> argumentFile; // path of the password file
     std::string outputFile;                  // already in Ghostscript's form (ghostscriptOutputFile)
     std::vector<std::string> inputs;         // absolute paths
+    // When not empty, Ghostscript reports how many pages the job put out, after the last input
+    // (see takePageCount); a job that ends with "quit" leaves it out.
+    std::string pageCountTag;
 };
 
 std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run);
+
+// The page count reported under `tag` in Ghostscript's `output`, which loses that line; nothing
+// when the report is not there.
+std::optional<int> takePageCount(std::string& output, std::string_view tag);
 
 } // namespace pl::converter

@@ -1,6 +1,7 @@
 #include "converter/output_files.h"
 
 #include "converter/file_ops.h"
+#include "platform/run_marks.h"
 
 #include <cctype>
 
@@ -9,6 +10,10 @@ namespace pl::converter {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::string_view kTemporaryStart = ".paperlark-";
+constexpr std::string_view kTemporaryEnd = ".tmp";
+constexpr std::size_t kRandomLength = 16;
 
 struct Spec {
     std::size_t position;
@@ -83,6 +88,36 @@ std::map<std::string, fs::file_time_type> existingPageFiles(const PagePattern& p
         found.emplace(utf8Path(it->path()), fs::last_write_time(it->path(), timeError));
     }
     return found;
+}
+
+std::string numberedPath(std::string_view path, int n) {
+    const std::string name = fileNameOf(path);
+    const std::size_t dot = name.rfind('.');
+    const std::size_t stemEnd = dot == std::string::npos || dot == 0 ? name.size() : dot;
+    const std::string numbered = name.substr(0, stemEnd) + " (" + std::to_string(n) + ")" + name.substr(stemEnd);
+    return utf8Path(fsPath(folderOf(path)) / fsPath(numbered));
+}
+
+std::string temporaryPath(std::string_view folder, std::string_view runTag, std::string_view random) {
+    const std::string name = std::string(kTemporaryStart) + std::string(runTag) + "-" + std::string(random) +
+                             std::string(kTemporaryEnd);
+    return utf8Path(fsPath(folder) / fsPath(name));
+}
+
+void removeStaleTemporaries(std::string_view folder) {
+    std::vector<std::string> stale;
+    std::error_code ec;
+    for (fs::directory_iterator it(fsPath(folder), ec), end; !ec && it != end; it.increment(ec)) {
+        const std::string name = utf8Path(it->path().filename());
+        const std::size_t fixed = kTemporaryStart.size() + 1 + kRandomLength + kTemporaryEnd.size();
+        if (name.size() <= fixed || !name.starts_with(kTemporaryStart) || !name.ends_with(kTemporaryEnd))
+            continue;
+        const std::string tag = name.substr(kTemporaryStart.size(), name.size() - fixed);
+        if (platform::leftByEndedRun(utf8Path(it->path()), tag))
+            stale.push_back(utf8Path(it->path()));
+    }
+    for (const auto& path : stale)
+        removeFile(path);
 }
 
 std::string ghostscriptOutputFile(std::string_view path, bool keepPagePattern) {

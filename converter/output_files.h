@@ -29,6 +29,15 @@ std::string pageFile(const PagePattern& pattern, int page);
 // The pattern's files that exist now, by full path, with their modification times.
 std::map<std::string, std::filesystem::file_time_type> existingPageFiles(const PagePattern& pattern);
 
+// `path` with the number `n` before its extension, as free names are numbered: "Report (1).pdf".
+std::string numberedPath(std::string_view path, int n);
+
+// The hidden temporary file in which a result is written before it gets its name: named with the
+// run's tag (run_marks.h) and a random part, so that a later run can recognise it when it was left.
+std::string temporaryPath(std::string_view folder, std::string_view runTag, std::string_view random);
+// Removes from `folder` the temporaries of runs that ended without removing them.
+void removeStaleTemporaries(std::string_view folder);
+
 // The value for Ghostscript's OutputFile: every "%" doubled except the page number of `pattern`
 // (when there is one, it must be the one findPagePattern found in `path`).
 std::string ghostscriptOutputFile(std::string_view path, bool keepPagePattern);

@@ -5,6 +5,7 @@
 #include "base/message_box.h"
 #include "converter/conversion.h"
 #include "converter/desktop.h"
+#include "converter/file_ops.h"
 #include "converter/reporter.h"
 #include "converter/settings.h"
 #include "converter/user_interface.h"
@@ -12,6 +13,7 @@
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "platform/services.h"
+#include "platform/stop_signals.h"
 
 #include <iostream>
 #include <memory>
@@ -62,6 +64,9 @@ int converterMain(const std::vector<std::string>& args) {
                   << "\nEvery input file was kept.\n";
         return 1;
     }
+    // Whether the output exists decides between replacing it (the person chose that) and keeping
+    // a file that another job writes meanwhile; so it is taken before anything else takes time.
+    const bool outputExisted = os->files().exists(absolutePath(parsed.request->output));
     platform::Registry registry(os->registry());
     const Settings settings = readSettings(&registry, os->environment(), os->files(), PAPERLARK_GHOSTSCRIPT);
 
@@ -75,6 +80,11 @@ int converterMain(const std::vector<std::string>& args) {
     if (settings.debug)
         log = [&services](std::string_view line) { assistant::DebugWrite(line, services); };
     Reporter reporter(*ui, log, std::cerr);
+    // A setting that cannot be used is said, but never stops a job.
+    for (const auto& problem : settings.problems) {
+        std::cerr << "paperlark: " << problem << std::endl;
+        reporter.log(problem);
+    }
     const auto desktop = makeDesktop(*os);
 
     const std::string userProfile = os->environment().get("userprofile");
@@ -87,9 +97,14 @@ int converterMain(const std::vector<std::string>& args) {
                               *ui,
                               *desktop,
                               os->files(),
+                              outputExisted,
                               userFolder,
                               platform::withTrailingSep(os->folders().programFolder())};
-    return carryOut(*parsed.request, context);
+    const int exitCode = carryOut(*parsed.request, context);
+    // Stopped by a signal: everything is cleaned up, now end as the signal says.
+    if (exitCode != 0)
+        platform::endIfStopRequested();
+    return exitCode;
 }
 
 } // namespace pl::converter

@@ -52,16 +52,30 @@ std::string ghostscriptIn(const std::string& location, const platform::FileSyste
 
 } // namespace
 
-std::optional<std::chrono::seconds> parseTimeLimit(std::string_view value) {
+TimeLimit parseTimeLimit(std::string_view value) {
     while (!value.empty() && value.front() == ' ')
         value.remove_prefix(1);
     while (!value.empty() && value.back() == ' ')
         value.remove_suffix(1);
+    TimeLimit limit;
+    if (value.empty())
+        return limit;
+    const bool digitsOnly = value.find_first_not_of("0123456789") == std::string_view::npos;
     long long seconds = 0;
     const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), seconds);
-    if (value.empty() || error != std::errc() || end != value.data() + value.size() || seconds < 1)
-        return std::nullopt;
-    return std::chrono::seconds(seconds);
+    const std::string longest = std::to_string(kLongestTimeLimit.count());
+    if (digitsOnly && (error == std::errc::result_out_of_range || seconds > kLongestTimeLimit.count())) {
+        limit.seconds = kLongestTimeLimit;
+        limit.problem = "GsTimeout \"" + std::string(value) + "\" is more than " + longest + " seconds (a week); " +
+                        longest + " seconds are used.";
+    } else if (!digitsOnly || error != std::errc() || end != value.data() + value.size() || seconds < 1) {
+        limit.problem = "GsTimeout \"" + std::string(value) + "\" is not a whole number of seconds from 1 to " +
+                        longest + "; the default of " + std::to_string(kDefaultTimeLimit.count()) +
+                        " seconds is used.";
+    } else {
+        limit.seconds = std::chrono::seconds(seconds);
+    }
+    return limit;
 }
 
 Settings readSettings(const platform::Registry* registry, const platform::Environment& environment,
@@ -72,8 +86,10 @@ Settings readSettings(const platform::Registry* registry, const platform::Enviro
         settings.ghostscript = ghostscriptIn(platform::ReplaceEnviron(settings.ghostscript, environment), files);
     if (settings.ghostscript.empty())
         settings.ghostscript = std::move(defaultProgram);
-    if (auto limit = parseTimeLimit(userThenMachine(registry, "GsTimeout")))
-        settings.timeLimit = *limit;
+    TimeLimit limit = parseTimeLimit(userThenMachine(registry, "GsTimeout"));
+    settings.timeLimit = limit.seconds;
+    if (!limit.problem.empty())
+        settings.problems.push_back(std::move(limit.problem));
     settings.debug = readValue(registry, kUserKey, "Debug") == "1";
     return settings;
 }

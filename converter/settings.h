@@ -11,19 +11,29 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace pl::converter {
 
 inline constexpr std::chrono::seconds kDefaultTimeLimit{600};
+// A week: a longer limit is no limit in practice, and larger numbers would overflow the clock.
+inline constexpr std::chrono::seconds kLongestTimeLimit{7 * 24 * 3600};
 
 struct Settings {
     std::string ghostscript;                            // the program to run
     std::chrono::seconds timeLimit = kDefaultTimeLimit; // after this, Ghostscript is ended
     bool debug = false;                                 // "Debug" is "1": write the log
+    std::vector<std::string> problems;                  // values that could not be used as they are
 };
 
-// "GsTimeout": whole seconds, at least 1; anything else is no setting.
-std::optional<std::chrono::seconds> parseTimeLimit(std::string_view value);
+struct TimeLimit {
+    std::chrono::seconds seconds = kDefaultTimeLimit;
+    std::string problem; // empty when the value was used as it is
+};
+
+// "GsTimeout": whole seconds from 1 to kLongestTimeLimit. A larger number is cut to that; anything
+// else (and no value) gives the default.
+TimeLimit parseTimeLimit(std::string_view value);
 
 // `registry` may be null. `defaultProgram` is the platform's Ghostscript when "gswin32c" names
 // none. That value may hold %VARIABLE% references, and it may name the program or a folder that

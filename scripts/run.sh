@@ -22,18 +22,9 @@ fi
 
 sandbox="$(mktemp -d "${TMPDIR:-/tmp}/paperlark-demo.XXXXXX")"
 # The sandbox stays, so that the PDF can be looked at; it lies below the temporary folder.
-mkdir -p "$sandbox/registry" "$sandbox/spool" "$sandbox/user-spool" "$sandbox/Desktop" "$sandbox/home"
-
-user="${USER:-$(id -un)}"
-# The registry of the sandbox: the machine spool folder and the administrator's default action in
-# the machine key, the user's spool and desktop folders in the user key.
-. "$here/scripts/sandbox-registry.sh"
-write_sandbox_registry "$sandbox/registry" "$sandbox/spool/" "$sandbox/user-spool/" "$sandbox/Desktop"
-
-export PAPERLARK_REGISTRY_DIR="$sandbox/registry"
-export QT_QPA_PLATFORM=offscreen
-export HOME="$sandbox/home" XDG_RUNTIME_DIR="$sandbox/home" XDG_SESSION_ID="paperlark-demo-$$"
-export USER="$user" LOGNAME="$user"
+. "$here/scripts/sandbox.sh"
+sandbox_setup "$sandbox"
+export XDG_SESSION_ID="paperlark-demo-$$"
 
 echo "Sandbox: $sandbox"
 echo "Starting the assistant for user $user ..."

@@ -17,6 +17,8 @@ struct ChildResult {
     std::string startError;
     // The time limit ran out and the program (with everything it started) was ended.
     bool timedOut = false;
+    // This process was asked to stop (StopRequests), and the program was ended for that.
+    bool stopped = false;
     // The exit code when it ended by itself; -1 when it was ended by a signal or was stopped.
     int exitCode = -1;
     // What it wrote to its standard output and standard error, interleaved; only the last part is
@@ -32,9 +34,14 @@ struct ChildResult {
 ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit,
                        const std::string& tempFolder = {});
 
-// Creates a new folder that only the current user can enter, in the user's temporary folder.
-// Returns its path, or nothing when it could not be created. The caller removes it.
+// Creates a new folder that only the current user can enter, in the user's temporary folder,
+// named `namePrefix`, this run's tag (run_marks.h) and a random part. Returns its path, or nothing
+// when it could not be created. The caller removes it.
 std::optional<std::string> createPrivateTempFolder(const std::string& namePrefix);
+
+// Removes the folders that createPrivateTempFolder made with `namePrefix` for runs that were killed
+// before they could remove them: only this user's, only of runs that no longer exist.
+void removeStalePrivateTempFolders(const std::string& namePrefix);
 
 // Creates the file `path`, which must not exist yet, readable by the current user only, holding
 // `content`. False when it could not be written (nothing is left behind then).

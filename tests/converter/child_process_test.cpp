@@ -36,6 +36,11 @@ TEST(child_process, reports_the_exit_code_and_all_output_and_gives_the_program_n
     EXPECT_NE(result.output.find("status=1"), std::string::npos) << result.output;
     EXPECT_NE(result.output.find("to-err"), std::string::npos) << result.output;
 
+    // A limit beyond the clock's range is no limit, not an overflow.
+    const auto unlimited = runAndWait({"true"}, std::chrono::milliseconds::max());
+    EXPECT_EQ(unlimited.exitCode, 0);
+    EXPECT_FALSE(unlimited.timedOut);
+
     const auto missing = runAndWait({"/nonexistent/folder/program"}, 5s);
     EXPECT_FALSE(missing.started);
     EXPECT_FALSE(missing.startError.empty());

@@ -5,6 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+#include <vector>
+
 using namespace std::chrono_literals;
 using pl::converter::readSettings;
 
@@ -29,9 +32,25 @@ TEST(converter_settings, the_user_key_wins_over_the_machine_key_and_nothing_set_
     EXPECT_EQ(read(&reg.registry()).timeLimit, 4s);
     EXPECT_EQ(read(&reg.registry()).ghostscript, "/user/gs");
 
-    // A user value that is no time limit is no setting: the default, not the machine's value.
-    for (const char* bad : {"soon", "0", "-5", "1.5", "99999999999999999999999"}) {
-        reg.registry().SetRegValue("HKCU\\Software\\tobrin\\PaperlarkXP", "GsTimeout", bad);
-        EXPECT_EQ(read(&reg.registry()).timeLimit, 600s) << bad;
+    // A user value that is no time limit is no setting: the default, not the machine's value, and
+    // a number too large is cut to a week; either is said.
+    const std::vector<std::tuple<std::string, std::chrono::seconds, std::string>> cases = {
+        {"soon", 600s, "GsTimeout \"soon\" is not a whole number of seconds from 1 to 604800"},
+        {"0", 600s, "the default of 600 seconds"},
+        {"-5", 600s, "the default of 600 seconds"},
+        {"1.5", 600s, "the default of 600 seconds"},
+        {"604800", 604800s, ""},
+        {"9999999999", 604800s, "GsTimeout \"9999999999\" is more than 604800 seconds (a week)"},
+        {"99999999999999999999999", 604800s, "604800 seconds are used"},
+    };
+    for (const auto& [value, seconds, problem] : cases) {
+        reg.registry().SetRegValue("HKCU\\Software\\tobrin\\PaperlarkXP", "GsTimeout", value);
+        const auto settings = read(&reg.registry());
+        EXPECT_EQ(settings.timeLimit, seconds) << value;
+        if (problem.empty())
+            EXPECT_TRUE(settings.problems.empty()) << value;
+        else
+            EXPECT_TRUE(settings.problems.size() == 1 && settings.problems[0].find(problem) != std::string::npos)
+                << value << ": " << (settings.problems.empty() ? "no problem said" : settings.problems[0]);
     }
 }

@@ -1,10 +1,15 @@
 #include "platform/child_process.h"
 
+#include "platform/run_marks.h"
+#include "platform/stop_signals.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
+#include <filesystem>
 #include <fcntl.h>
 #include <iterator>
 #include <poll.h>
@@ -26,6 +31,8 @@ using Clock = std::chrono::steady_clock;
 constexpr std::size_t kKeptOutput = 64 * 1024;
 // How long an ended program may take to go away before it is killed outright.
 constexpr std::chrono::milliseconds kGraceAfterTerm{1500};
+// Longer limits are no limit; it also keeps the deadline within the clock's range.
+constexpr std::chrono::milliseconds kLongestLimit = std::chrono::hours(24 * 366);
 
 void keepTail(std::string& output, const char* data, std::size_t size) {
     output.append(data, size);
@@ -147,7 +154,7 @@ ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::millis
     }
     result.started = true;
 
-    const auto deadline = Clock::now() + timeLimit;
+    const auto deadline = Clock::now() + std::min(timeLimit, kLongestLimit);
     bool pipeOpen = true;
     int status = 0;
     for (;;) {
@@ -157,8 +164,9 @@ ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::millis
             break;
         }
         const auto now = Clock::now();
-        if (now >= deadline) {
-            result.timedOut = true;
+        result.stopped = stopRequested() != 0;
+        result.timedOut = !result.stopped && now >= deadline;
+        if (result.stopped || result.timedOut) {
             endGroup(pid);
             while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
             }
@@ -190,11 +198,35 @@ std::optional<std::string> createPrivateTempFolder(const std::string& namePrefix
     std::string path = (tmp && *tmp) ? tmp : "/tmp";
     if (path.back() != '/')
         path += '/';
-    path += namePrefix + "XXXXXX";
+    path += namePrefix + currentRunTag() + "-XXXXXX";
     // mkdtemp creates the folder with mode 0700, whatever the umask says.
     if (!::mkdtemp(path.data()))
         return std::nullopt;
     return path;
+}
+
+void removeStalePrivateTempFolders(const std::string& namePrefix) {
+    const char* tmp = std::getenv("TMPDIR");
+    const std::string folder = (tmp && *tmp) ? tmp : "/tmp";
+    DIR* dir = ::opendir(folder.c_str());
+    if (!dir)
+        return;
+    std::vector<std::string> stale;
+    constexpr std::size_t kRandomPart = 7; // "-XXXXXX"
+    while (const dirent* entry = ::readdir(dir)) {
+        const std::string_view name(entry->d_name);
+        if (!name.starts_with(namePrefix) || name.size() <= namePrefix.size() + kRandomPart)
+            continue;
+        const std::string path = folder + "/" + std::string(name);
+        const auto tag = name.substr(namePrefix.size(), name.size() - namePrefix.size() - kRandomPart);
+        if (leftByEndedRun(path, tag))
+            stale.push_back(path);
+    }
+    ::closedir(dir);
+    for (const auto& path : stale) {
+        std::error_code ignored;
+        std::filesystem::remove_all(path, ignored);
+    }
 }
 
 bool writePrivateFile(const std::string& path, const std::string& content) {
