@@ -262,6 +262,9 @@ TEST_F(config_form, a_bar_in_the_machine_policy_locks_the_users_choices) {
         setMachine("APol", c.machine);
         setUser("APol", c.user);
         auto& f = openConfig();
+        // Each feature is named as the job dialog labels it.
+        EXPECT_EQ(f.texts()(config::policyFeatures()[7].label), "Lock PDF with Password");
+        EXPECT_EQ(f.texts()(config::policyFeatures()[1].label), "Save As...");
         EXPECT_EQ(f.policy.locked(), c.locked);
         EXPECT_EQ(f.policy.shown(0), c.emailShown);
         // The page says what the job dialog does.
