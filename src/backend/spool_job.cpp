@@ -3,6 +3,7 @@
 #include "backend/job_names.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
@@ -151,15 +152,24 @@ JobResult writeJob(int folder, int input, const JobRequest& request) {
     int output = -1;
     int attempt = 0;
     std::string partial;
+    // CUPS cancels with SIGTERM; it waits until the handler knows the new file, so that a cancel
+    // never leaves a partial file that no user may remove.
+    sigset_t terminate, previous;
+    sigemptyset(&terminate);
+    sigaddset(&terminate, SIGTERM);
+    sigprocmask(SIG_BLOCK, &terminate, &previous);
     for (; attempt < MaxAttempts; ++attempt) {
         partial = partialJobName(finalJobName(request.user, request.number, attempt));
         output = ::openat(folder, partial.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
         if (output >= 0 || errno != EEXIST)
             break;
     }
+    const int openError = errno;
+    if (output >= 0)
+        rememberPartial(folder, partial);
+    sigprocmask(SIG_SETMASK, &previous, nullptr);
     if (output < 0)
-        return {BackendFailed, errorText("cannot create the job file in the spool folder", errno ? errno : EEXIST)};
-    rememberPartial(folder, partial);
+        return {BackendFailed, errorText("cannot create the job file in the spool folder", openError)};
 
     auto fail = [&](std::string message) {
         ::close(output);
