@@ -109,9 +109,10 @@ echo "-- dpkg -i"
 dpkg -i "$deb" >"$work/dpkg.log" 2>&1 || { cat "$work/dpkg.log"; fail "dpkg -i"; }
 installed=yes
 check "backend" "$(stat -c '%U:%G %a' /usr/lib/cups/backend/paperlark)" "root:root 700"
-for p in plassist paperlark plsetup; do
+for p in plassist paperlark plucnfg plsetup; do
     check "$p" "$(stat -c '%U:%G %a' /usr/lib/paperlark/$p)" "root:root 755"
 done
+check "presence test of the configuration program" "$(readlink /usr/lib/paperlark/plconfig)" "plucnfg"
 check "bin link" "$(readlink -f /usr/bin/plassist)" "/usr/lib/paperlark/plassist"
 check "bin link" "$(readlink -f /usr/bin/paperlark)" "/usr/lib/paperlark/paperlark"
 check "autostart" "$(grep '^Exec=' /etc/xdg/autostart/paperlark-assistant.desktop)" "Exec=/usr/bin/plassist"
