@@ -3,9 +3,12 @@
 #include "backend/job_names.h"
 
 #include <cerrno>
+#include <csignal>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/random.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -14,6 +17,9 @@ namespace pl::backend {
 namespace {
 
 constexpr int MaxAttempts = 1000;
+// Names taken in order before the backend turns to random ones: every user may write into the spool
+// folder, and a job that finds no free name fails, which stops the printer for everybody.
+constexpr int SequentialNames = 100;
 constexpr std::size_t HeadLimit = 4096;
 
 // What the signal handler needs to remove a partial file: fixed storage, no allocation.
@@ -99,6 +105,15 @@ bool copyJob(int input, int output, std::string_view title, std::string& error) 
     return true;
 }
 
+// The number after "_" in the job's name at `attempt`: the next numbers first, then random ones,
+// which nobody can place in the folder beforehand.
+int nameSuffix(int attempt) {
+    std::uint32_t random = 0;
+    if (attempt < SequentialNames || ::getrandom(&random, sizeof random, 0) != sizeof random)
+        return attempt;
+    return SequentialNames + static_cast<int>(random % 900000000u);
+}
+
 // Renames without ever replacing what is at `to`; EEXIST when something is there.
 int renameNoReplace(int folder, const std::string& from, const std::string& to) {
     if (::renameat2(folder, from.c_str(), folder, to.c_str(), RENAME_NOREPLACE) == 0)
@@ -151,15 +166,26 @@ JobResult writeJob(int folder, int input, const JobRequest& request) {
     int output = -1;
     int attempt = 0;
     std::string partial;
+    // CUPS cancels with SIGTERM; it waits until the handler knows the new file, so that a cancel
+    // never leaves a partial file that no user may remove.
+    sigset_t terminate, previous;
+    sigemptyset(&terminate);
+    sigaddset(&terminate, SIGTERM);
+    sigprocmask(SIG_BLOCK, &terminate, &previous);
+    int suffix = 0;
     for (; attempt < MaxAttempts; ++attempt) {
-        partial = partialJobName(finalJobName(request.user, request.number, attempt));
+        suffix = nameSuffix(attempt);
+        partial = partialJobName(finalJobName(request.user, request.number, suffix));
         output = ::openat(folder, partial.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
         if (output >= 0 || errno != EEXIST)
             break;
     }
+    const int openError = errno;
+    if (output >= 0)
+        rememberPartial(folder, partial);
+    sigprocmask(SIG_SETMASK, &previous, nullptr);
     if (output < 0)
-        return {BackendFailed, errorText("cannot create the job file in the spool folder", errno ? errno : EEXIST)};
-    rememberPartial(folder, partial);
+        return {BackendFailed, errorText("cannot create the job file in the spool folder", openError)};
 
     auto fail = [&](std::string message) {
         ::close(output);
@@ -185,8 +211,9 @@ JobResult writeJob(int folder, int input, const JobRequest& request) {
         return {BackendFailed, errorText("cannot write the job", errno)};
     }
 
-    for (; attempt < MaxAttempts; ++attempt) {
-        const std::string final = finalJobName(request.user, request.number, attempt);
+    // The final name of the partial file's own suffix first.
+    for (bool first = true; attempt < MaxAttempts; ++attempt, first = false) {
+        const std::string final = finalJobName(request.user, request.number, first ? suffix : nameSuffix(attempt));
         const int e = renameNoReplace(folder, partial, final);
         if (e == 0) {
             forgetPartial();

@@ -3,6 +3,7 @@
 #include "base/text.h"
 #include "platform/paths.h"
 #include "platform/suite_settings.h"
+#include "texts/language_selection.h"
 #include "texts/texts.h"
 
 #include <algorithm>
@@ -15,19 +16,6 @@ namespace {
 constexpr std::string_view UserKey = platform::SuiteUserKey;
 constexpr std::string_view MachineKey = platform::SuiteMachineKey;
 constexpr std::array<std::string_view, 4> DefaultActionWords{"", "email", "saveas", "desktop"};
-
-// The user's own stored language: "1"/"de", "2"/"en", "3"/"ext" as the assistant reads them; 0
-// for none.
-int storedLanguage(std::string_view value) {
-    const std::string v = text::toLower(text::trimBlanks(value));
-    if (v == "1" || v == "de")
-        return texts::German;
-    if (v == "2" || v == "en")
-        return texts::English;
-    if (v == "3" || v == "ext")
-        return texts::External;
-    return 0;
-}
 
 } // namespace
 
@@ -43,11 +31,12 @@ void ConfigForm::Form_Load() {
 
 void ConfigForm::loadLanguage() {
     const platform::Registry& registry = services_.registry;
-    int code = storedLanguage(platform::regText(registry, UserKey, "language"));
-    const int anyCode = code != 0 ? code : storedLanguage(platform::regText(registry, MachineKey, "language"));
+    const int code = texts::StoredLanguageCode(platform::regText(registry, UserKey, "language"));
+    // The language the assistant speaks: the user's choice, else the machine's.
+    const int anyCode = texts::SetSpr(services_);
     // Without a stored choice the assistant follows the locale: German for a German one.
     const std::string locale = platform::regText(registry, "HKCU\\Control Panel\\International", "locale");
-    texts_.setGerman(anyCode == texts::German || (anyCode == 0 && locale.ends_with("07")));
+    texts_.setGerman(anyCode == texts::German || (anyCode == 0 && text::trimBlanks(locale).ends_with("07")));
 
     languages = {{texts_(Txt::LanguageAuto), 0, {}},
                  {texts_(Txt::LanguageGerman), texts::German, {}},

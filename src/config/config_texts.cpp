@@ -1,6 +1,7 @@
 #include "config/config_texts.h"
 
 #include "base/text.h"
+#include "texts/texts.h"
 
 #include <iterator>
 
@@ -72,15 +73,16 @@ constexpr Pair Table[] = {
     {"anzeigen", "show"},
     {"sichtbar", "shown"},
     {"ausgeblendet", "hidden"},
-    {"Per E-Mail senden", "Send by mail"},
-    {"Ablegen", "Save as"},
-    {"Profilauswahl", "Profile choice"},
-    {"Auf Desktop", "Send to desktop"},
-    {"MultiDoc", "MultiDoc"},
-    {"Dateiname", "File name"},
-    {"PDF öffnen", "Open PDF"},
-    {"PDF verschlüsseln", "Lock PDF with password"},
-    {"Konfigurieren", "Edit configuration"},
+    // The features of the job dialog: named by the dialog's own texts (DialogText below).
+    {},
+    {},
+    {},
+    {},
+    {},
+    {},
+    {},
+    {},
+    {},
     {"Name des Profils:", "Name of the profile:"},
     {"\"$1$\" kann kein Profilname sein: er darf nicht leer sein und keines der Zeichen \\ / : * ? \" < > | "
      "enthalten.",
@@ -108,9 +110,28 @@ constexpr Pair Table[] = {
 // One row for every text, in the order of Txt.
 static_assert(std::size(Table) == static_cast<std::size_t>(Txt::Count));
 
+// The policy page names each feature as the job dialog labels it, so that a person finds it there.
+struct DialogText {
+    Txt id;
+    int number; // the assistant's text
+};
+constexpr DialogText DialogTexts[] = {
+    {Txt::FeatureEmail, 7},   {Txt::FeatureSaveAs, 8},    {Txt::FeatureProfile, 4},
+    {Txt::FeatureDesktop, 9}, {Txt::FeatureMultiDoc, 10}, {Txt::FeatureFileName, 5},
+    {Txt::FeatureOpenPdf, 6}, {Txt::FeatureEncrypt, 18},  {Txt::FeatureConfig, 19},
+};
+
 } // namespace
 
 std::string ConfigTexts::operator()(Txt id, std::string_view detail) const {
+    for (const DialogText& dialogText : DialogTexts) {
+        if (dialogText.id != id)
+            continue;
+        // Without the "&" that marks a button's access key.
+        std::string label = texts::Texts().GetText(german_ ? texts::German : texts::English, dialogText.number);
+        std::erase(label, '&');
+        return label;
+    }
     const Pair& pair = Table[static_cast<std::size_t>(id)];
     return text::replaceAll(german_ ? pair.german : pair.english, "$1$", detail);
 }

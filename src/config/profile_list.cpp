@@ -5,6 +5,7 @@
 #include "platform/paths.h"
 #include "platform/suite_settings.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -27,17 +28,25 @@ std::optional<std::string> readFile(const std::string& path) {
 // Written beside the target and renamed over it, so that the assistant or the converter never
 // reads half a profile.
 bool writeFile(const std::string& path, const std::string& content) {
-    const std::string temporary = path + ".tmp";
-    {
-        std::ofstream out(platform::fsPath(temporary), std::ios::binary | std::ios::trunc);
-        if (!(out << content) || !out.flush())
-            return false;
-    }
+    namespace fs = std::filesystem;
+    const fs::path temporary = platform::fsPath(path + ".tmp");
     std::error_code ec;
-    std::filesystem::rename(platform::fsPath(temporary), platform::fsPath(path), ec);
-    if (ec)
-        std::filesystem::remove(platform::fsPath(temporary), ec);
-    return !ec;
+    bool written = false;
+    {
+        std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
+        // A profile may hold PDF passwords: only its owner may read it, made so before anything is
+        // in the file.
+        if (out)
+            fs::permissions(temporary, fs::perms::owner_read | fs::perms::owner_write, fs::perm_options::replace, ec);
+        written = out && !ec && (out << content) && out.flush();
+    }
+    if (written) {
+        fs::rename(temporary, platform::fsPath(path), ec);
+        written = !ec;
+    }
+    if (!written)
+        fs::remove(temporary, ec);
+    return written;
 }
 
 } // namespace
@@ -202,16 +211,25 @@ bool ProfileList::save() {
             std::error_code ec;
             std::filesystem::rename(platform::fsPath(pathOf(entry.fileName)), platform::fsPath(pathOf(entry.name)), ec);
         } else if (renamed) {
-            replaced.push_back(pathOf(entry.fileName));
+            replaced.push_back(entry.fileName);
         }
         if (!files.createFolder(folder) || !writeFile(pathOf(entry.name), profileText(entry.settings)))
             return failed(pathOf(entry.name));
         entry.fileName = entry.name;
         entry.saved = entry.settings;
     }
-    for (const std::string& path : replaced)
-        if (files.exists(path) && !files.remove(path))
-            return failed(path);
+    for (const std::string& name : replaced) {
+        // The old name may have been taken again meanwhile (renamed to, or a new profile): that
+        // file was just written and stays.
+        const bool reused = std::any_of(entries_.begin(), entries_.end(), [&](const ProfileEntry& entry) {
+            std::error_code ec;
+            return entry.own && text::iequals(entry.name, name) &&
+                   (entry.name == name || std::filesystem::equivalent(platform::fsPath(pathOf(entry.name)),
+                                                                      platform::fsPath(pathOf(name)), ec));
+        });
+        if (!reused && files.exists(pathOf(name)) && !files.remove(pathOf(name)))
+            return failed(pathOf(name));
+    }
     return true;
 }
 

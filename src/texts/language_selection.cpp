@@ -61,8 +61,9 @@ std::string_view fileOfRow(const LocaleRow& row, std::string_view locale) {
     return row.file;
 }
 
-// "1"/"de", "2"/"en", "3"/"ext" in any case and with blanks around; 0 for anything else.
-int codeOfStoredValue(std::string_view stored) {
+} // namespace
+
+int StoredLanguageCode(std::string_view stored) {
     const std::string value = text::toLower(text::trimBlanks(stored));
     if (value == "1" || value == "de")
         return German;
@@ -72,8 +73,6 @@ int codeOfStoredValue(std::string_view stored) {
         return External;
     return 0;
 }
-
-} // namespace
 
 int LanguageFromLocale(Services& services) {
     int code = English;
@@ -103,7 +102,7 @@ int SetSpr(Services& services) {
     // The user's own choice first; an administrator's machine-wide value serves every user who
     // has made none.
     for (const std::string_view key : {UserKey, MachineKey}) {
-        if (const int code = codeOfStoredValue(valueOrEmpty(services, key, "language")); code != 0)
+        if (const int code = StoredLanguageCode(valueOrEmpty(services, key, "language")); code != 0)
             return code;
     }
     return 0;

@@ -15,6 +15,9 @@ int LanguageFromLocale(Services& services);
 // 3 (and "LanFile"/"language" written) when `fileName` exists in the suite folder, else 2.
 int UseLanguageFile(std::string_view fileName, Services& services);
 
+// The code a stored "language" value names: "1"/"de" German, "2"/"en" English, "3"/"ext" a language
+// file, in any case and with blanks around; 0 for anything else.
+int StoredLanguageCode(std::string_view stored);
 // The language code of the stored "language" value: "1" or "de" German, "2" or "en" English, "3"
 // or "ext" the language file named by "LanFile" (any case, blanks around ignored). The user key
 // is asked first, then the machine key; a value that names none of these counts as not stored.

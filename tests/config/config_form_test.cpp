@@ -139,6 +139,11 @@ TEST_F(config_profiles, a_password_and_a_save_folder_are_what_the_dialog_and_the
     EXPECT_EQ(profile.switches, "-sDEVICE=pdfwrite -dPDFSETTINGS=/prepress");
     EXPECT_EQ(profile.userPassword, "geheim");
     EXPECT_FALSE(profile.ownerPassword); // the converter takes the user's password for both
+    if (platform::PathSep == '/') {
+        const auto others =
+            fs::status(userProfiles + "Archiv.plp").permissions() & (fs::perms::group_all | fs::perms::others_all);
+        EXPECT_EQ(others, fs::perms::none) << "the passwords are readable by other users";
+    }
 }
 
 TEST_F(config_profiles, an_edited_profile_keeps_the_lines_it_does_not_understand) {
@@ -169,10 +174,10 @@ TEST_F(config_profiles, suite_profiles_are_copied_and_own_ones_renamed_and_delet
     root.write("home/Paperlark/Mine.plp", "-sDEVICE=jpeg -r72\r\n");
     auto& f = openConfig();
     const auto select = [&](const std::string& name, bool own) {
-        const auto& e = f.profiles.entries();
+        const auto& e = form->profiles.entries();
         for (std::size_t i = 0; i < e.size(); ++i)
             if (e[i].name == name && e[i].own == own)
-                f.profiles.selected = static_cast<int>(i);
+                form->profiles.selected = static_cast<int>(i);
     };
     select("High Quality", false);
     f.cmdRename_Click(); // the suite's own: nothing asked, nothing renamed
@@ -199,6 +204,16 @@ TEST_F(config_profiles, suite_profiles_are_copied_and_own_ones_renamed_and_delet
     EXPECT_FALSE(fs::exists(userProfiles + "Mine.plp"));
     EXPECT_FALSE(fs::exists(userProfiles + "Later.plp"));
     EXPECT_EQ(user("DefaultProfile"), "Photos");
+
+    // A name given up by a rename is free again, and the new profile under it stays.
+    auto& g = openConfig();
+    select("Photos", true);
+    configView.textAnswers = {"Scans"};
+    g.cmdRename_Click();
+    newProfile("Photos");
+    g.cmdOk_Click();
+    EXPECT_EQ(root.read("home/Paperlark/Scans.plp"), "-sDEVICE=jpeg -r72\r\n");
+    EXPECT_EQ(root.read("home/Paperlark/Photos.plp"), "-sDEVICE=pdfwrite\r\n");
 }
 
 TEST_F(config_profiles, switches_the_converter_refuses_cannot_be_saved) {
@@ -247,6 +262,9 @@ TEST_F(config_form, a_bar_in_the_machine_policy_locks_the_users_choices) {
         setMachine("APol", c.machine);
         setUser("APol", c.user);
         auto& f = openConfig();
+        // Each feature is named as the job dialog labels it.
+        EXPECT_EQ(f.texts()(config::policyFeatures()[7].label), "Lock PDF with Password");
+        EXPECT_EQ(f.texts()(config::policyFeatures()[1].label), "Save As...");
         EXPECT_EQ(f.policy.locked(), c.locked);
         EXPECT_EQ(f.policy.shown(0), c.emailShown);
         // The page says what the job dialog does.

@@ -103,6 +103,14 @@ links)
     [ "$rc" -eq 0 ] && [ -f "$spool/${user}0000000008_1.ps" ] || fail "the job went into a planted folder ($rc)"
     [ -z "$(ls -A "$spool/${user}0000000008.ps")" ] || fail "the planted folder received a file"
 
+    # A thousand names planted for a job in advance cannot make it fail (which stops the printer).
+    for n in $(seq 1 999); do : >"$spool/~${user}0000000010_$n.ps"; done
+    : >"$spool/~${user}0000000010.ps"
+    run 10 "$user" "T"
+    [ "$rc" -eq 0 ] || fail "planted names made the job fail with $rc"
+    [ "$(find "$spool" -name "${user}0000000010_*.ps" -user "$user" -size +0 | wc -l)" -eq 1 ] ||
+        fail "the job is not under a free name: $(ls "$spool" | grep -v '^~')"
+
     # A spool folder that is a link is refused: the printer stops, nothing is written through it.
     mkdir "$work/elsewhere"
     ln -s "$work/elsewhere" "$work/linked-spool"
@@ -110,7 +118,8 @@ links)
     DEVICE_URI="paperlark:$work/linked-spool" "$backend" 9 "$user" T 1 "" <"$work/job.ps" 2>/dev/null || rc=$?
     [ "$rc" -eq 4 ] || fail "a linked spool folder gave $rc, not 4 (stop)"
     [ -z "$(ls -A "$work/elsewhere")" ] || fail "a job was written through a linked spool folder"
-    [ -z "$(ls -A "$spool" | grep '^~' | grep -v "^~${user}0000000007.ps$")" ] || fail "a partial file stayed"
+    [ -z "$(ls -A "$spool" | grep '^~' | grep -v -e "^~${user}0000000007.ps$" -e "^~${user}0000000010")" ] ||
+        fail "a partial file stayed"
     ;;
 names)
     # Every program a shell backend would have used records its call here; none may be called.

@@ -26,7 +26,7 @@ cleanup() {
     [ -z "$cupsd_pid" ] || { kill "$cupsd_pid" 2>/dev/null; wait "$cupsd_pid" 2>/dev/null || true; }
     [ -z "$installed" ] || dpkg --purge paperlark >/dev/null 2>&1 || true
     # Both did not exist before the test: whatever a failed run left there is the test's own.
-    [ -z "$ours" ] || rm -rf /etc/paperlark "$spool"
+    [ -z "$ours" ] || rm -rf /etc/paperlark "$spool" /var/lib/paperlark
     [ -z "$user_made" ] || userdel -r "$user" >/dev/null 2>&1 || true
     rm -rf "$work"
 }
@@ -52,7 +52,8 @@ command -v dpkg >/dev/null && command -v cpack >/dev/null || skip "no dpkg or cp
 if dpkg-query -W -f='${Status}' paperlark 2>/dev/null | grep -q installed; then
     skip "a paperlark package is installed on this machine already; it is left alone"
 fi
-[ ! -e /etc/paperlark ] && [ ! -e "$spool" ] || skip "/etc/paperlark or $spool exists already; left alone"
+[ ! -e /etc/paperlark ] && [ ! -e "$spool" ] && [ ! -e /var/lib/paperlark ] ||
+    skip "/etc/paperlark, $spool or /var/lib/paperlark exists already; left alone"
 ours=yes
 
 echo "-- build the package"
@@ -108,9 +109,10 @@ echo "-- dpkg -i"
 dpkg -i "$deb" >"$work/dpkg.log" 2>&1 || { cat "$work/dpkg.log"; fail "dpkg -i"; }
 installed=yes
 check "backend" "$(stat -c '%U:%G %a' /usr/lib/cups/backend/paperlark)" "root:root 700"
-for p in plassist paperlark plsetup; do
+for p in plassist paperlark plucnfg plsetup; do
     check "$p" "$(stat -c '%U:%G %a' /usr/lib/paperlark/$p)" "root:root 755"
 done
+check "presence test of the configuration program" "$(readlink /usr/lib/paperlark/plconfig)" "plucnfg"
 check "bin link" "$(readlink -f /usr/bin/plassist)" "/usr/lib/paperlark/plassist"
 check "bin link" "$(readlink -f /usr/bin/paperlark)" "/usr/lib/paperlark/paperlark"
 check "autostart" "$(grep '^Exec=' /etc/xdg/autostart/paperlark-assistant.desktop)" "Exec=/usr/bin/plassist"
@@ -131,8 +133,14 @@ grep -qx '"psdir"="/srv/print/"' "$hive" && grep -qx '"Style"="grey"' "$hive" ||
 if [ -n "$cups" ]; then
     echo "-- print through CUPS"
     check "printer" "$(lpstat -v Paperlark 2>&1)" "device for Paperlark: paperlark:/var/spool/paperlark"
-    # CUPS installed after the package: its backends trigger the package, which adds the printer.
+    # A printer the administrator removed stays removed, through a new configuration and a trigger.
     lpadmin -x Paperlark
+    /var/lib/dpkg/info/paperlark.postinst configure >/dev/null 2>&1 || fail "postinst configure again"
+    /var/lib/dpkg/info/paperlark.postinst triggered /usr/lib/cups/backend >/dev/null 2>&1 || fail "trigger"
+    ! lpstat -p Paperlark >/dev/null 2>&1 || fail "the removed printer came back"
+    # CUPS installed after the package (no printer added yet): its backends trigger the package,
+    # which adds the printer.
+    rm /var/lib/paperlark/printer-added
     /var/lib/dpkg/info/paperlark.postinst triggered /usr/lib/cups/backend >/dev/null 2>&1 || fail "trigger"
     check "printer after the trigger" "$(lpstat -v Paperlark 2>&1)" "device for Paperlark: paperlark:/var/spool/paperlark"
     useradd --create-home --shell /bin/sh "$user" || fail "cannot create the user $user"
@@ -190,7 +198,7 @@ printf '%s\n' 'Windows Registry Editor Version 5.00' '' '[HKEY_LOCAL_MACHINE\Sof
     '"psdir"="/var/spool/paperlark/"' '' >"$hive"
 dpkg --purge paperlark >"$work/dpkg.log" 2>&1 || { cat "$work/dpkg.log"; fail "dpkg --purge"; }
 installed=""
-for f in /etc/xdg/autostart/paperlark-assistant.desktop "$spool" /etc/paperlark; do
+for f in /etc/xdg/autostart/paperlark-assistant.desktop "$spool" /etc/paperlark /var/lib/paperlark; do
     [ ! -e "$f" ] || fail "$f stayed after purging: $(ls -la "$f")"
 done
 [ -z "$cups" ] || ! lpstat -p Paperlark >/dev/null 2>&1 || fail "the printer stayed after purging"
