@@ -1,5 +1,6 @@
 #include "converter/conversion.h"
 
+#include "converter/document_title.h"
 #include "converter/file_ops.h"
 #include "converter/ghostscript_command.h"
 #include "converter/output_files.h"
@@ -270,6 +271,9 @@ private:
         run.argumentFile = argumentFile_;
         run.outputFile = pattern_ ? ghostscriptOutputFile(output_, true) : ghostscriptOutputFile(temporary_, false);
         run.inputs = inputs_;
+        run.countPages = true;
+        if (isPdfDevice(switches_.device))
+            run.title = documentTitle(request_, output_);
         const std::vector<std::string> args = ghostscriptArguments(run);
 
         std::string commandLine;
@@ -278,9 +282,16 @@ private:
         context_.report.log("Ghostscript: " + commandLine);
 
         const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(context_.settings.timeLimit);
-        const platform::ChildResult result = platform::runAndWait(args, limit, *workFolder_);
+        const platform::ChildWatch watch = context_.report.watchConversion(fileNameOf(output_));
+        const platform::ChildResult result = platform::runAndWait(args, limit, *workFolder_, &watch);
+        context_.report.conversionEnded();
         removeWorkFolder();
 
+        if (result.stopped) {
+            abandon();
+            context_.report.cancelled();
+            return false;
+        }
         if (!result.started)
             return fail("Ghostscript (" + inQuotes(run.program) + ") cannot be started: " + result.startError +
                         ". Nothing was converted.");
@@ -331,14 +342,16 @@ private:
             }
         }
         if (actions.open && !context_.desktop.open(results_.front())) {
-            context_.report.failure("The result " + inQuotes(results_.front()) + " was written but cannot be opened.");
+            context_.report.cannotOpen(results_.front());
             exitCode = 1;
         }
         if (actions.email && !context_.desktop.mail(results_)) {
-            context_.report.failure("The result " + inQuotes(results_.front()) +
-                                    " was written but cannot be handed to the mail program.");
+            context_.report.cannotMail(results_);
             exitCode = 1;
         }
+        // A viewer or a mail program shows the result by itself; otherwise the person is told.
+        if (!actions.open && !actions.email)
+            context_.report.finished(results_);
         return exitCode;
     }
 

@@ -2,7 +2,8 @@
 // The words of one Ghostscript run. Pure: everything here can be checked without running anything.
 //
 // Order: program, -dSAFER -dBATCH -dNOPAUSE, the profile's switches, the argument file with the
-// passwords, the output, then the input files in the order they are to appear in the result.
+// passwords, the output, the page counter, then the input files in the order they are to appear in
+// the result, and last the document's title.
 
 #include <optional>
 #include <string>
@@ -47,7 +48,16 @@ struct GhostscriptRun {
     std::optional<std::string> argumentFile; // path of the password file
     std::string outputFile;                  // already in Ghostscript's form (ghostscriptOutputFile)
     std::vector<std::string> inputs;         // absolute paths
+    // Print "Page N" as each page is finished, for a progress display.
+    bool countPages = false;
+    // The PDF's title in its document information (PDF devices only); UTF-8.
+    std::optional<std::string> title;
 };
+
+// The PostScript code that sets `title` (UTF-8) as the document's title: the title travels as a
+// hexadecimal UTF-16 string, which holds nothing but hexadecimal digits, so no title can end the
+// string and run as code.
+std::string titlePdfmark(std::string_view title);
 
 std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run);
 

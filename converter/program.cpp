@@ -5,6 +5,7 @@
 #include "base/message_box.h"
 #include "converter/conversion.h"
 #include "converter/desktop.h"
+#include "converter/file_ops.h"
 #include "converter/reporter.h"
 #include "converter/settings.h"
 #include "converter/user_interface.h"
@@ -12,6 +13,7 @@
 #include "platform/platform.h"
 #include "platform/registry.h"
 #include "platform/services.h"
+#include "texts/language_selection.h"
 
 #include <iostream>
 #include <memory>
@@ -76,6 +78,15 @@ int converterMain(const std::vector<std::string>& args) {
         log = [&services](std::string_view line) { assistant::DebugWrite(line, services); };
     Reporter reporter(*ui, log, std::cerr);
     const auto desktop = makeDesktop(*os);
+    // The person is told in the assistant's language: the stored choice, else the locale.
+    int language = texts::SetSpr(services);
+    if (language == 0)
+        language = texts::LanguageFromLocale(services);
+    reporter.setAudience(language, os->folders().desktop(), desktop.get());
+    std::vector<std::string> jobFiles;
+    for (const auto& input : parsed.request->inputs)
+        jobFiles.push_back(absolutePath(input));
+    reporter.setJobFiles(std::move(jobFiles));
 
     const std::string userProfile = os->environment().get("userprofile");
     std::string userFolder;
