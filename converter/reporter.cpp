@@ -38,6 +38,7 @@ void Reporter::setAudience(int language, std::string desktopFolder, Desktop* des
     language_ = language;
     desktopFolder_ = std::move(desktopFolder);
     desktop_ = desktop;
+    ui_.setLanguage(language);
 }
 
 std::string Reporter::text(texts::Notice id, std::string_view first, std::string_view second) const {

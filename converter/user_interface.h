@@ -36,6 +36,8 @@ struct ProgressTexts {
 class UserInterface {
 public:
     virtual ~UserInterface() = default;
+    // The language of the interface's own words (German = 1, else English).
+    virtual void setLanguage(int) {}
     // Whether a person can be asked.
     virtual bool canAsk() const = 0;
     // A message box; nothing where nobody can see one.
