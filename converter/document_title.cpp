@@ -28,7 +28,11 @@ std::string documentTitle(const Request& request, const std::string& output) {
         const std::string& first = request.inputs.front();
         naming::NamingState state;
         QuietSink quiet;
-        const std::string title = naming::GetPsFileTitle(first, state, quiet);
+        std::string title = naming::GetPsFileTitle(first, state, quiet);
+        // The naming rules keep the parentheses of a PostScript string for a file name; a title
+        // shown in a viewer is the text inside them.
+        if (title.size() >= 2 && title.front() == '(' && title.back() == ')')
+            title = title.substr(1, title.size() - 2);
         if (!title.empty() && title != kNoTitle)
             return title;
         return withoutExtension(fileNameOf(first));
