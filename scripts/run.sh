@@ -46,6 +46,8 @@ REG
 
 export PAPERLARK_REGISTRY_DIR="$sandbox/registry"
 export QT_QPA_PLATFORM=offscreen
+# Nobody can answer a window here: the converter reports on standard error instead.
+unset DISPLAY WAYLAND_DISPLAY
 export HOME="$sandbox/home" XDG_RUNTIME_DIR="$sandbox/home" XDG_SESSION_ID="paperlark-demo-$$"
 export USER="$user" LOGNAME="$user"
 

@@ -80,6 +80,7 @@ TEST(converter_dialogs, cancel_in_the_progress_window_stops_ghostscript_and_keep
 TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_failed_and_where_things_are) {
     DesktopSession session;
     auto& sandbox = session.sandbox();
+    sandbox.setUserValue("language", "en"); // whatever the machine's locale
 
     // Saved to the desktop: announced as being there; "Show folder" opens the desktop folder.
     const std::string report = sandbox.writeJob("report.ps", {"Profit"});
