@@ -65,8 +65,14 @@ void Reporter::failure(std::string_view message) {
     errors_ << "paperlark: " << message << std::endl;
     log(message);
     std::string details(message);
-    if (const std::string kept = whereJobIsKept(); !kept.empty())
+    if (const std::string kept = whereJobIsKept(); !kept.empty()) {
+        // The list of kept files, in the person's language, says it better than the general note.
+        for (std::string_view note : {"\nThe input file was kept.", "\nEvery input file was kept."}) {
+            if (details.ends_with(note))
+                details.erase(details.size() - note.size());
+        }
         details += "\n\n" + kept;
+    }
     ui_.showFailure(text(texts::Notice::NotMade), details);
 }
 

@@ -6,6 +6,7 @@
 #include "ui/qt_converter/notice_window.h"
 #include "ui/qt_converter/progress_window.h"
 
+#include <QDir>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
@@ -25,14 +26,21 @@ namespace {
 constexpr const char* kSlowJob = "%!PS-Adobe-3.0\n%%Title: Langer Bericht\n"
                                  "1 1 60 { pop 0 1 3000000 { pop } for showpage } for\n";
 
+void keepPicture(QWidget& window, const char* name) {
+    QDir().mkpath(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR));
+    window.grab().save(QStringLiteral(PAPERLARK_TEST_ARTIFACTS_DIR "/") + QLatin1String(name));
+}
+
 // Answers the message box that is showing, remembering its words.
-std::function<bool(QWidget*)> answerMessage(QString& text, QString& details) {
-    return [&text, &details](QWidget* window) {
+std::function<bool(QWidget*)> answerMessage(QString& text, QString& details, const char* picture = nullptr) {
+    return [&text, &details, picture](QWidget* window) {
         auto* box = dynamic_cast<QMessageBox*>(window);
         if (!box)
             return false;
         text = box->text();
         details = box->informativeText();
+        if (picture)
+            keepPicture(*box, picture);
         box->button(QMessageBox::Ok)->click();
         return true;
     };
@@ -59,6 +67,7 @@ TEST(converter_dialogs, cancel_in_the_progress_window_stops_ghostscript_and_keep
              status = progress->statusLabel()->text();
              heading = progress->headingLabel()->text();
              cancelWasThere = progress->cancelButton()->text() == QStringLiteral("Abbrechen");
+             keepPicture(*progress, "converter_progress.png");
              progress->cancelButton()->click();
              return true;
          },
@@ -94,6 +103,7 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
                                    open = notice->openButton()->text();
                                    folder = notice->folderButton()->text();
                                    close = notice->closeButton()->text();
+                                   keepPicture(*notice, "converter_announcement.png");
                                    notice->folderButton()->click();
                                    return true;
                                }});
@@ -122,11 +132,11 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
     const std::string letter = sandbox.writeJob("letter.ps", {"Dear"});
     QString text, details;
     code = session.convert({"/3", "delps,save", "", sandbox.out() + "gone/Letter.pdf", letter},
-                           {answerMessage(text, details)});
+                           {answerMessage(text, details, "converter_failure.png")});
     EXPECT_EQ(code, 1);
     EXPECT_EQ(text.toStdString(), "The document could not be made.");
-    EXPECT_EQ(details.toStdString(), "The folder \"" + sandbox.out() + "gone\" does not exist; nothing was converted.\n"
-                                     "The input file was kept.\n\nThe print job was kept:\n" + letter);
+    EXPECT_EQ(details.toStdString(), "The folder \"" + sandbox.out() + "gone\" does not exist; nothing was converted.\n\n"
+                                     "The print job was kept:\n" + letter);
     EXPECT_TRUE(std::filesystem::exists(letter));
 
     // E-mail without a mail program: where the PDF is, and its folder opened for attaching by hand.
