@@ -29,7 +29,7 @@ struct Announcement {
 
 // The words of the progress window.
 struct ProgressTexts {
-    std::string heading;     // "Making Quarterly Report.pdf ..."
+    std::string heading; // "Making Quarterly Report.pdf ..."
     std::string cancelLabel;
 };
 

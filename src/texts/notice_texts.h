@@ -9,15 +9,15 @@
 namespace pl::texts {
 
 enum class Notice {
-    Page = 101,          // "Page $1$"
-    Making = 102,        // "Making $1$ ..."
+    Page = 101,   // "Page $1$"
+    Making = 102, // "Making $1$ ..."
     Cancel = 103,
-    OnDesktop = 104,     // "$1$ is on your desktop"
-    InFolder = 105,      // "$1$ is in the folder $2$"
+    OnDesktop = 104, // "$1$ is on your desktop"
+    InFolder = 105,  // "$1$ is in the folder $2$"
     Open = 106,
     ShowFolder = 107,
-    NotMade = 108,       // a failure's heading
-    JobKept = 109,       // "$1$": the kept job files, one a line
+    NotMade = 108, // a failure's heading
+    JobKept = 109, // "$1$": the kept job files, one a line
     Cancelled = 110,
     NoMailProgram = 111, // "$1$": the PDF
     NoViewer = 112,      // "$1$": the PDF

@@ -56,22 +56,22 @@ TEST(converter_dialogs, cancel_in_the_progress_window_stops_ghostscript_and_keep
     QString heading, status, text, details;
     bool cancelWasThere = false;
     const auto started = std::chrono::steady_clock::now();
-    const int code = session.convert(
-        {"/3", "delps,save", "", session.sandbox().out() + "Langer Bericht.pdf", job},
-        {[&](QWidget* window) {
-             auto* progress = dynamic_cast<ProgressWindow*>(window);
-             // Waits for two pages, so that the count is seen to go on.
-             if (!progress || !progress->statusLabel()->text().startsWith(QStringLiteral("Seite ")) ||
-                 progress->statusLabel()->text() == QStringLiteral("Seite 1"))
-                 return false;
-             status = progress->statusLabel()->text();
-             heading = progress->headingLabel()->text();
-             cancelWasThere = progress->cancelButton()->text() == QStringLiteral("Abbrechen");
-             keepPicture(*progress, "converter_progress.png");
-             progress->cancelButton()->click();
-             return true;
-         },
-         answerMessage(text, details)});
+    const int code =
+        session.convert({"/3", "delps,save", "", session.sandbox().out() + "Langer Bericht.pdf", job},
+                        {[&](QWidget* window) {
+                             auto* progress = dynamic_cast<ProgressWindow*>(window);
+                             // Waits for two pages, so that the count is seen to go on.
+                             if (!progress || !progress->statusLabel()->text().startsWith(QStringLiteral("Seite ")) ||
+                                 progress->statusLabel()->text() == QStringLiteral("Seite 1"))
+                                 return false;
+                             status = progress->statusLabel()->text();
+                             heading = progress->headingLabel()->text();
+                             cancelWasThere = progress->cancelButton()->text() == QStringLiteral("Abbrechen");
+                             keepPicture(*progress, "converter_progress.png");
+                             progress->cancelButton()->click();
+                             return true;
+                         },
+                         answerMessage(text, details)});
     const auto took = std::chrono::steady_clock::now() - started;
 
     EXPECT_EQ(code, 1);
@@ -109,15 +109,13 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
                                }});
     EXPECT_EQ(code, 0);
     EXPECT_EQ(announced.toStdString(), "Quarterly Report.pdf is on your desktop");
-    EXPECT_EQ((std::vector<QString>{open, folder, close}),
-              (std::vector<QString>{"Open", "Show folder", "Close"}));
+    EXPECT_EQ((std::vector<QString>{open, folder, close}), (std::vector<QString>{"Open", "Show folder", "Close"}));
     EXPECT_EQ(session.handedOver(), std::vector<std::string>{"xdg-open " + sandbox.home() + "Desktop"});
     EXPECT_EQ(pl::test::pdfPages(session.desktop() + "Quarterly Report.pdf"), 1);
 
     // Elsewhere: the folder is named.
     const std::string memo = sandbox.writeJob("memo.ps", {"Memo"});
-    code = session.convert({"/3", "delps,save", "", sandbox.out() + "Memo.pdf", memo},
-                           {[&](QWidget* window) {
+    code = session.convert({"/3", "delps,save", "", sandbox.out() + "Memo.pdf", memo}, {[&](QWidget* window) {
                                auto* notice = dynamic_cast<NoticeWindow*>(window);
                                if (!notice)
                                    return false;
@@ -126,7 +124,8 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
                                return true;
                            }});
     EXPECT_EQ(code, 0);
-    EXPECT_EQ(announced.toStdString(), "Memo.pdf is in the folder " + sandbox.out().substr(0, sandbox.out().size() - 1));
+    EXPECT_EQ(announced.toStdString(),
+              "Memo.pdf is in the folder " + sandbox.out().substr(0, sandbox.out().size() - 1));
 
     // A failure: what failed, and where the job was kept.
     const std::string letter = sandbox.writeJob("letter.ps", {"Dear"});
@@ -135,8 +134,10 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
                            {answerMessage(text, details, "converter_failure.png")});
     EXPECT_EQ(code, 1);
     EXPECT_EQ(text.toStdString(), "The document could not be made.");
-    EXPECT_EQ(details.toStdString(), "The folder \"" + sandbox.out() + "gone\" does not exist; nothing was converted.\n\n"
-                                     "The print job was kept:\n" + letter);
+    EXPECT_EQ(details.toStdString(), "The folder \"" + sandbox.out() +
+                                         "gone\" does not exist; nothing was converted.\n\n"
+                                         "The print job was kept:\n" +
+                                         letter);
     EXPECT_TRUE(std::filesystem::exists(letter));
 
     // E-mail without a mail program: where the PDF is, and its folder opened for attaching by hand.
@@ -144,7 +145,8 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
     code = session.convert({"/3", "delps,email", "", sandbox.out() + "Letter.pdf", letter},
                            {answerMessage(text, details)});
     EXPECT_EQ(code, 1);
-    EXPECT_EQ(text.toStdString(), "No mail program could be started. The PDF is here:\n" + sandbox.out() + "Letter.pdf");
+    EXPECT_EQ(text.toStdString(),
+              "No mail program could be started. The PDF is here:\n" + sandbox.out() + "Letter.pdf");
     const std::vector<std::string> calls = session.handedOver();
     const std::vector<std::string> mailCalls(calls.end() - 2, calls.end());
     EXPECT_EQ(mailCalls, (std::vector<std::string>{"xdg-email --attach " + sandbox.out() + "Letter.pdf",
@@ -156,7 +158,7 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
     code = session.convert({"/3", "delps,save,open", "", sandbox.out() + "Note.pdf", note},
                            {answerMessage(text, details)});
     EXPECT_EQ(code, 1);
-    EXPECT_EQ(text.toStdString(), "No program to view it could be started. The file is here:\n" + sandbox.out() +
-                                      "Note.pdf");
+    EXPECT_EQ(text.toStdString(),
+              "No program to view it could be started. The file is here:\n" + sandbox.out() + "Note.pdf");
     EXPECT_EQ(session.handedOver().back(), "xdg-open " + sandbox.out() + "Note.pdf");
 }

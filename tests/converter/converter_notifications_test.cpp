@@ -48,7 +48,9 @@ TEST(converter_notifications, a_finished_file_is_announced_by_the_desktop_and_th
          "xdg-open " + sandbox.home() + "Desktop"},
         {"de", sandbox.out() + "Rechnung.pdf",
          "Paperlark|0|paperlark|Rechnung.pdf liegt im Ordner " + out +
-             "||default,\xC3\x96" "ffnen,open,\xC3\x96" "ffnen,folder,Ordner anzeigen|-1",
+             "||default,\xC3\x96"
+             "ffnen,open,\xC3\x96"
+             "ffnen,folder,Ordner anzeigen|-1",
          "xdg-open " + sandbox.out() + "Rechnung.pdf"},
         {"en", sandbox.out() + "Memo.pdf",
          "Paperlark|0|paperlark|Memo.pdf is in the folder " + out + "||default,Open,open,Open,folder,Show folder|-1",

@@ -55,8 +55,7 @@ void DesktopSession::setHelperExitCode(int code) const {
     std::ofstream(helpers_ + "exit-code") << code << "\n";
 }
 
-int DesktopSession::convert(const std::vector<std::string>& args,
-                            std::vector<std::function<bool(QWidget*)>> steps) {
+int DesktopSession::convert(const std::vector<std::string>& args, std::vector<std::function<bool(QWidget*)>> steps) {
     QTimer poll;
     std::size_t next = 0;
     QObject::connect(&poll, &QTimer::timeout, [&] {

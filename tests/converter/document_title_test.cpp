@@ -33,8 +33,8 @@ TEST(document_title, is_the_output_name_or_for_a_merge_the_first_documents_title
 
     // A merge: the first document's title as the naming rules clean it, inside the parentheses of
     // its PostScript string.
-    result = sandbox.run({"/m", sandbox.out() + "merged.pdf", job("a.ps", "Microsoft Word - Brief.docx"),
-                          job("b.ps", "Anhang")});
+    result = sandbox.run(
+        {"/m", sandbox.out() + "merged.pdf", job("a.ps", "Microsoft Word - Brief.docx"), job("b.ps", "Anhang")});
     ASSERT_EQ(result.exitCode, 0) << result.output;
     EXPECT_EQ(titleOf(sandbox.out() + "merged.pdf"), "Brief");
 

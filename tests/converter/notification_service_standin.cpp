@@ -21,7 +21,8 @@ class NotificationService : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 public:
-    NotificationService(QString record, QStringList answers) : record_(std::move(record)), answers_(std::move(answers)) {}
+    NotificationService(QString record, QStringList answers)
+        : record_(std::move(record)), answers_(std::move(answers)) {}
 
 public slots:
     uint Notify(const QString& appName, uint replacesId, const QString& appIcon, const QString& summary,
@@ -30,8 +31,8 @@ public slots:
         QFile file(record_);
         if (file.open(QIODevice::Append | QIODevice::Text)) {
             QTextStream(&file) << appName << '|' << replacesId << '|' << appIcon << '|' << summary << '|'
-                               << QString(body).replace('\n', "\\n") << '|' << actions.join(',') << '|'
-                               << expireTimeout << '\n';
+                               << QString(body).replace('\n', "\\n") << '|' << actions.join(',') << '|' << expireTimeout
+                               << '\n';
         }
         const QString key = answers_.isEmpty() ? QStringLiteral("-") : answers_.takeFirst();
         QTimer::singleShot(50, this, [this, id, key] {

@@ -19,7 +19,6 @@ std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
 }
 
-
 } // namespace
 
 std::string ConverterCall::afterActions() const {
@@ -60,7 +59,8 @@ std::string emailActionList(int encodeValue) {
 
 bool suiteProgramPresent(const platform::FileSystem& files, std::string_view folder, std::string_view windowsName) {
     const std::string base(folder);
-    return fileFound(files, base + std::string(windowsName)) || fileFound(files, base + platform::programFileName(windowsName));
+    return fileFound(files, base + std::string(windowsName)) ||
+           fileFound(files, base + platform::programFileName(windowsName));
 }
 
 bool converterPresentOrSaid(Services& services, std::string_view folder, std::string_view missingText,

@@ -8,14 +8,14 @@
 #include "ui/qt/key_codes.h"
 
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QCursor>
 #include <QGuiApplication>
-#include <QScreen>
-#include <QTimer>
-#include <QComboBox>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
+#include <QTimer>
 
 namespace pl::qtui {
 

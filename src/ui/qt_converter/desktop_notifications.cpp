@@ -52,8 +52,8 @@ std::optional<uint> DesktopNotifications::notify(const QString& summary, const Q
     QDBusMessage call = QDBusMessage::createMethodCall(kService, kPath, kInterface, QStringLiteral("Notify"));
     QVariantMap hints;
     hints.insert(QStringLiteral("desktop-entry"), QStringLiteral("paperlark-assistant"));
-    call << QStringLiteral("Paperlark") << uint(0) << QStringLiteral("paperlark") << summary << body << actions
-         << hints << int(-1);
+    call << QStringLiteral("Paperlark") << uint(0) << QStringLiteral("paperlark") << summary << body << actions << hints
+         << int(-1);
     const QDBusReply<uint> reply = QDBusConnection::sessionBus().call(call);
     if (!reply.isValid())
         return std::nullopt;
@@ -64,9 +64,9 @@ NoticeAnswer DesktopNotifications::announce(const Announcement& announcement, st
     answer_ = NoticeAnswer::Nothing;
     ended_ = false;
     // "default" is what a click on the notification itself does: open the file.
-    const QStringList actions{QStringLiteral("default"), fromUtf8(announcement.openLabel), QStringLiteral("open"),
-                              fromUtf8(announcement.openLabel), QStringLiteral("folder"),
-                              fromUtf8(announcement.folderLabel)};
+    const QStringList actions{QStringLiteral("default"), fromUtf8(announcement.openLabel),
+                              QStringLiteral("open"),    fromUtf8(announcement.openLabel),
+                              QStringLiteral("folder"),  fromUtf8(announcement.folderLabel)};
     const auto id = notify(fromUtf8(announcement.text), QString(), actions);
     if (!id)
         return NoticeAnswer::Nothing;

@@ -13,12 +13,12 @@
 #include <QClipboard>
 #include <QComboBox>
 #include <QCursor>
-#include <QGuiApplication>
-#include <QScreen>
 #include <QDir>
+#include <QGuiApplication>
 #include <QImage>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include <algorithm>
