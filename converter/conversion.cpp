@@ -47,7 +47,8 @@ std::string failureDetails(const std::string& output) {
         std::string line = output.substr(start, end - start);
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
-        if (line.find_first_not_of(" \t") != std::string::npos)
+        // The page count is for the progress window, not for a failure message.
+        if (line.find_first_not_of(" \t") != std::string::npos && pageOfLine(line) == 0)
             lines.push_back(std::move(line));
         start = end + 1;
     }

@@ -2,6 +2,8 @@
 
 #include "base/text.h"
 
+#include <charconv>
+
 namespace pl::converter {
 
 namespace {
@@ -192,6 +194,18 @@ std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run) {
         args.push_back(titlePdfmark(*run.title));
     }
     return args;
+}
+
+int pageOfLine(std::string_view line) {
+    if (!line.empty() && line.back() == '\r')
+        line.remove_suffix(1);
+    constexpr std::string_view prefix = "Page ";
+    if (!line.starts_with(prefix))
+        return 0;
+    line.remove_prefix(prefix.size());
+    int page = 0;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), page);
+    return error == std::errc() && end == line.data() + line.size() ? page : 0;
 }
 
 } // namespace pl::converter

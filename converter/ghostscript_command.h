@@ -61,4 +61,8 @@ std::string titlePdfmark(std::string_view title);
 
 std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run);
 
+// The page number of a line "Page N" of Ghostscript's output (with or without its line end); 0 for
+// any other line.
+int pageOfLine(std::string_view line);
+
 } // namespace pl::converter

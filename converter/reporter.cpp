@@ -1,8 +1,8 @@
 #include "converter/reporter.h"
 
 #include "converter/file_ops.h"
+#include "converter/ghostscript_command.h"
 
-#include <charconv>
 #include <filesystem>
 #include <system_error>
 
@@ -17,19 +17,6 @@ bool sameFolder(const std::string& a, const std::string& b) {
     if (std::filesystem::equivalent(fsPath(a), fsPath(b), error))
         return true;
     return fsPath(a).lexically_normal() == fsPath(b).lexically_normal();
-}
-
-// The page number of a line "Page N", which Ghostscript prints for every page it finishes.
-int pageOfLine(std::string_view line) {
-    if (!line.empty() && line.back() == '\r')
-        line.remove_suffix(1);
-    constexpr std::string_view prefix = "Page ";
-    if (!line.starts_with(prefix))
-        return 0;
-    line.remove_prefix(prefix.size());
-    int page = 0;
-    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), page);
-    return error == std::errc() && end == line.data() + line.size() ? page : 0;
 }
 
 } // namespace

@@ -140,6 +140,17 @@ TEST(converter_dialogs, a_finished_file_is_announced_and_each_failure_says_what_
                                          letter);
     EXPECT_TRUE(std::filesystem::exists(letter));
 
+    // Ghostscript fails after two pages: its error is quoted, the page count is not.
+    const std::string broken =
+        sandbox.writeRawJob("broken.ps", "%!PS\nshowpage showpage\nthisIsNoOperator\nshowpage\n");
+    code =
+        session.convert({"/3", "delps,save", "", sandbox.out() + "Broken.pdf", broken}, {answerMessage(text, details)});
+    EXPECT_EQ(code, 1);
+    EXPECT_TRUE(details.startsWith(QStringLiteral("Ghostscript could not convert the job"))) << details.toStdString();
+    EXPECT_TRUE(details.contains(QStringLiteral("thisIsNoOperator"))) << details.toStdString();
+    EXPECT_FALSE(details.contains(QStringLiteral("Page "))) << details.toStdString();
+    EXPECT_TRUE(details.endsWith(QString::fromStdString("The print job was kept:\n" + broken)));
+
     // E-mail without a mail program: where the PDF is, and its folder opened for attaching by hand.
     session.setHelperExitCode(3);
     code = session.convert({"/3", "delps,email", "", sandbox.out() + "Letter.pdf", letter},
