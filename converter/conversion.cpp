@@ -1,5 +1,6 @@
 #include "converter/conversion.h"
 
+#include "converter/document_title.h"
 #include "converter/file_ops.h"
 #include "converter/ghostscript_command.h"
 #include "converter/output_check.h"
@@ -54,7 +55,8 @@ std::string failureDetails(const std::string& output) {
         std::string line = output.substr(start, end - start);
         if (!line.empty() && line.back() == '\r')
             line.pop_back();
-        if (line.find_first_not_of(" \t") != std::string::npos)
+        // The page count is for the progress window, not for a failure message.
+        if (line.find_first_not_of(" \t") != std::string::npos && pageOfLine(line) == 0)
             lines.push_back(std::move(line));
         start = end + 1;
     }
@@ -290,6 +292,9 @@ private:
         run.outputFile = pattern_ ? ghostscriptOutputFile(output_, true) : ghostscriptOutputFile(temporary_, false);
         run.inputs = inputs_;
         run.pageCountTag = "paperlark-pages-" + randomHex();
+        run.countPages = true;
+        if (isPdfDevice(switches_.device))
+            run.title = documentTitle(request_, output_);
         const std::vector<std::string> args = ghostscriptArguments(run);
 
         std::string commandLine;
@@ -298,10 +303,18 @@ private:
         context_.report.log("Ghostscript: " + commandLine);
 
         const auto limit = std::chrono::duration_cast<std::chrono::milliseconds>(context_.settings.timeLimit);
-        platform::ChildResult result = platform::runAndWait(args, limit, *workFolder_);
+        const platform::ChildWatch watch = context_.report.watchConversion(fileNameOf(output_));
+        platform::ChildResult result = platform::runAndWait(args, limit, *workFolder_, &watch);
+        context_.report.conversionEnded();
         removeWorkFolder();
         const auto pages = takePageCount(result.output, run.pageCountTag);
 
+        if (result.stopped && !platform::stopRequested()) {
+            // The person cancelled: the job stays, and that is no failure to report.
+            abandon();
+            context_.report.cancelled();
+            return false;
+        }
         if (!result.started)
             return fail("Ghostscript (" + inQuotes(run.program) + ") cannot be started: " + result.startError +
                         ". Nothing was converted.");
@@ -403,14 +416,16 @@ private:
             }
         }
         if (actions.open && !context_.desktop.open(results_.front())) {
-            context_.report.failure("The result " + inQuotes(results_.front()) + " was written but cannot be opened.");
+            context_.report.cannotOpen(results_.front());
             exitCode = 1;
         }
         if (actions.email && !context_.desktop.mail(results_)) {
-            context_.report.failure("The result " + inQuotes(results_.front()) +
-                                    " was written but cannot be handed to the mail program.");
+            context_.report.cannotMail(results_);
             exitCode = 1;
         }
+        // A viewer or a mail program shows the result by itself; otherwise the person is told.
+        if (!actions.open && !actions.email)
+            context_.report.finished(results_);
         return exitCode;
     }
 

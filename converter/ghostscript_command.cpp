@@ -2,6 +2,8 @@
 
 #include "base/text.h"
 
+#include <charconv>
+
 namespace pl::converter {
 
 namespace {
@@ -61,7 +63,59 @@ std::optional<std::string> argumentFileWord(std::string_view name, std::string_v
     return word;
 }
 
+// Counts finished pages in global memory, which a job's save and restore do not undo, and prints
+// them in the words Ghostscript uses for the pages of a PDF. A job that installs its own EndPage
+// procedure just goes without a count.
+constexpr std::string_view kPageCounter =
+    "currentglobal true setglobal globaldict /PaperlarkPages 0 put setglobal "
+    "<< /EndPage { exch pop dup 2 ne { globaldict /PaperlarkPages 2 copy get 1 add put "
+    "(Page ) print globaldict /PaperlarkPages get =only (\n) print flush } if 2 ne } >> setpagedevice";
+
+// The UTF-16 code units of UTF-8 text; a byte that is not part of valid UTF-8 stands for itself.
+std::u16string utf16(std::string_view text) {
+    std::u16string units;
+    for (std::size_t i = 0; i < text.size();) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        const int length = byte < 0x80           ? 1
+                           : (byte >> 5) == 0x6  ? 2
+                           : (byte >> 4) == 0xE  ? 3
+                           : (byte >> 3) == 0x1E ? 4
+                                                 : 0;
+        char32_t code = length == 1 ? byte : length == 2 ? byte & 0x1F : length == 3 ? byte & 0x0F : byte & 0x07;
+        bool valid = length > 0 && i + static_cast<std::size_t>(length) <= text.size();
+        for (int k = 1; valid && k < length; ++k) {
+            const auto next = static_cast<unsigned char>(text[i + static_cast<std::size_t>(k)]);
+            valid = (next & 0xC0) == 0x80;
+            code = (code << 6) | (next & 0x3F);
+        }
+        if (!valid || code > 0x10FFFF || (code >= 0xD800 && code <= 0xDFFF)) {
+            units += static_cast<char16_t>(byte);
+            ++i;
+            continue;
+        }
+        if (code >= 0x10000) {
+            code -= 0x10000;
+            units += static_cast<char16_t>(0xD800 + (code >> 10));
+            units += static_cast<char16_t>(0xDC00 + (code & 0x3FF));
+        } else {
+            units += static_cast<char16_t>(code);
+        }
+        i += static_cast<std::size_t>(length);
+    }
+    return units;
+}
+
 } // namespace
+
+std::string titlePdfmark(std::string_view title) {
+    static const char digits[] = "0123456789ABCDEF";
+    std::string hex = "FEFF";
+    for (const char16_t unit : utf16(title)) {
+        for (int shift = 12; shift >= 0; shift -= 4)
+            hex += digits[(unit >> shift) & 0xF];
+    }
+    return "[ /Title <" + hex + "> /DOCINFO pdfmark";
+}
 
 ProfileSwitches cleanProfileSwitches(const std::vector<std::string>& words) {
     ProfileSwitches result;
@@ -126,10 +180,19 @@ std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run) {
     if (run.argumentFile)
         args.push_back("@" + *run.argumentFile);
     args.push_back("-sOutputFile=" + run.outputFile);
+    if (run.countPages) {
+        args.push_back("-c");
+        args.emplace_back(kPageCounter);
+    }
     // "-f" ends a "-c" sequence a profile may have opened and makes the next word a file whatever
     // it begins with.
     for (const auto& input : run.inputs)
         args.push_back("-f" + input);
+    // After the inputs, so that it wins over a title the job's own comments gave.
+    if (run.title) {
+        args.push_back("-c");
+        args.push_back(titlePdfmark(*run.title));
+    }
     if (!run.pageCountTag.empty()) {
         // The device counts every page a job puts out; a job without one (no showpage, or no
         // content at all) still gets a blank page from the PDF writer, so only this tells. The
@@ -158,6 +221,18 @@ std::optional<int> takePageCount(std::string& output, std::string_view tag) {
         pages = pages * 10 + (c - '0');
     }
     return number.empty() ? std::nullopt : std::optional<int>(pages);
+}
+
+int pageOfLine(std::string_view line) {
+    if (!line.empty() && line.back() == '\r')
+        line.remove_suffix(1);
+    constexpr std::string_view prefix = "Page ";
+    if (!line.starts_with(prefix))
+        return 0;
+    line.remove_prefix(prefix.size());
+    int page = 0;
+    const auto [end, error] = std::from_chars(line.data(), line.data() + line.size(), page);
+    return error == std::errc() && end == line.data() + line.size() ? page : 0;
 }
 
 } // namespace pl::converter

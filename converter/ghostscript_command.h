@@ -2,7 +2,8 @@
 // The words of one Ghostscript run. Pure: everything here can be checked without running anything.
 //
 // Order: program, -dSAFER -dBATCH -dNOPAUSE, the profile's switches, the argument file with the
-// passwords, the output, then the input files in the order they are to appear in the result.
+// passwords, the output, the page counter, then the input files in the order they are to appear in
+// the result, and last the document's title.
 
 #include <optional>
 #include <string>
@@ -50,12 +51,24 @@ struct GhostscriptRun {
     // When not empty, Ghostscript reports how many pages the job put out, after the last input
     // (see takePageCount); a job that ends with "quit" leaves it out.
     std::string pageCountTag;
+    // Print "Page N" as each page is finished, for a progress display.
+    bool countPages = false;
+    // The PDF's title in its document information (PDF devices only); UTF-8.
+    std::optional<std::string> title;
 };
+
+// The PostScript code that sets `title` (UTF-8) as the document's title: the title travels as a
+// hexadecimal UTF-16 string, which holds nothing but hexadecimal digits, so no title can end the
+// string and run as code.
+std::string titlePdfmark(std::string_view title);
 
 std::vector<std::string> ghostscriptArguments(const GhostscriptRun& run);
 
 // The page count reported under `tag` in Ghostscript's `output`, which loses that line; nothing
 // when the report is not there.
 std::optional<int> takePageCount(std::string& output, std::string_view tag);
+// The page number of a line "Page N" of Ghostscript's output (with or without its line end); 0 for
+// any other line.
+int pageOfLine(std::string_view line);
 
 } // namespace pl::converter

@@ -14,6 +14,7 @@
 #include "platform/registry.h"
 #include "platform/services.h"
 #include "platform/stop_signals.h"
+#include "texts/language_selection.h"
 
 #include <iostream>
 #include <memory>
@@ -86,6 +87,15 @@ int converterMain(const std::vector<std::string>& args) {
         reporter.log(problem);
     }
     const auto desktop = makeDesktop(*os);
+    // The person is told in the assistant's language: the stored choice, else the locale.
+    int language = texts::SetSpr(services);
+    if (language == 0)
+        language = texts::LanguageFromLocale(services);
+    reporter.setAudience(language, os->folders().desktop(), desktop.get());
+    std::vector<std::string> jobFiles;
+    for (const auto& input : parsed.request->inputs)
+        jobFiles.push_back(absolutePath(input));
+    reporter.setJobFiles(std::move(jobFiles));
 
     const std::string userProfile = os->environment().get("userprofile");
     std::string userFolder;

@@ -9,7 +9,8 @@ packages=(
     clang libclang-rt-14-dev              # libFuzzer and the sanitizer runtimes
     g++-mingw-w64-x86-64-posix            # checks that the portable core builds for Windows
     ghostscript poppler-utils             # the converter's engine and the tests' PDF checks
-    qt6-base-dev qt6-base-dev-tools       # the Linux desktop front-end
+    qt6-base-dev qt6-base-dev-tools       # the Linux desktop front-end (Widgets, D-Bus notifications)
+    dbus                                  # the tests' private session bus (dbus-run-session)
     fonts-dejavu-core                     # a font for the dialogs, also on machines without a desktop
     xdg-utils xvfb
     cups cups-client cups-bsd cups-filters # a real CUPS server for the printer tests

@@ -14,6 +14,8 @@ sandbox_setup() {
     write_sandbox_registry "$sandbox/registry" "$sandbox/spool/" "$sandbox/user-spool/" "$sandbox/Desktop"
     export PAPERLARK_REGISTRY_DIR="$sandbox/registry"
     export QT_QPA_PLATFORM=offscreen
+    # Nobody can answer a window here: the converter reports on standard error instead.
+    unset DISPLAY WAYLAND_DISPLAY
     export HOME="$sandbox/home" XDG_RUNTIME_DIR="$sandbox/home"
     export USER="$user" LOGNAME="$user"
 }

@@ -5,8 +5,10 @@
 // can tell the user why it failed.
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace pl::platform {
@@ -17,7 +19,8 @@ struct ChildResult {
     std::string startError;
     // The time limit ran out and the program (with everything it started) was ended.
     bool timedOut = false;
-    // This process was asked to stop (StopRequests), and the program was ended for that.
+    // The program was ended early: this process was asked to stop (StopRequests), or the watcher
+    // asked for it; everything it started was ended with it.
     bool stopped = false;
     // The exit code when it ended by itself; -1 when it was ended by a signal or was stopped.
     int exitCode = -1;
@@ -26,13 +29,21 @@ struct ChildResult {
     std::string output;
 };
 
+// Follows a running program, for a caller that shows its progress and lets a person stop it.
+struct ChildWatch {
+    // Each piece of output as it arrives (pieces are not split at line ends).
+    std::function<void(std::string_view piece)> output;
+    // Asked about every 50 ms while the program runs; true ends it.
+    std::function<bool()> stop;
+};
+
 // Runs `argv` (argv[0] is the program: a path, or a name searched on the PATH) with no input and
 // waits for it to end, at most `timeLimit`. When the limit runs out, the program and every process
 // it started are ended. When `tempFolder` is given, the program keeps its temporary files there
 // (a program that is ended has no chance to remove its own). Never throws for the program's own
-// failures.
+// failures. `watch`, when given, sees the output as it comes and may stop the program.
 ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit,
-                       const std::string& tempFolder = {});
+                       const std::string& tempFolder = {}, const ChildWatch* watch = nullptr);
 
 // Creates a new folder that only the current user can enter, in the user's temporary folder,
 // named `namePrefix`, this run's tag (run_marks.h) and a random part. Returns its path, or nothing

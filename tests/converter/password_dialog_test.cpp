@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -59,11 +60,16 @@ TEST(converter_password_dialog, asks_twice_for_the_password_returns_it_or_nothin
         dialog->passwordField()->insert(QString::fromUtf8("Gr\xC3\xBC\xC3\x9F"
                                                           "e 1"));
         EXPECT_FALSE(okButton(*dialog)->isEnabled());
+        EXPECT_TRUE(dialog->mismatchLabel()->isHidden()); // nothing typed twice yet
         dialog->repeatField()->insert(QString::fromUtf8("Gr\xC3\xBC\xC3\x9F"
                                                         "e "));
         EXPECT_FALSE(okButton(*dialog)->isEnabled());
+        // Said in words, not only by the greyed button.
+        EXPECT_FALSE(dialog->mismatchLabel()->isHidden());
+        EXPECT_EQ(dialog->mismatchLabel()->text(), QStringLiteral("The passwords do not match."));
         QTest::keyClicks(dialog->repeatField(), QStringLiteral("1"));
         EXPECT_TRUE(okButton(*dialog)->isEnabled());
+        EXPECT_TRUE(dialog->mismatchLabel()->isHidden());
         QTest::mouseClick(okButton(*dialog), Qt::LeftButton);
     });
     EXPECT_EQ(ui->askPassword("Report.pdf"), std::optional<std::string>("Gr\xC3\xBC\xC3\x9F"

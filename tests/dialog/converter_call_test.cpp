@@ -95,7 +95,7 @@ TEST_F(converter_call, a_missing_converter_is_announced_and_the_job_keeps_its_pr
     offerMachineJob("Report", "anna0002.ps");
     auto& d = openWithActions();
     d.actions().cmdEmail_Click();
-    expectOneWarning("Paperlark.exe not found");
+    expectOneWarning("paperlark not found"); // named as the program is called here
     EXPECT_FALSE(d.form().loaded);
     EXPECT_FALSE(state.DialogActive);
     EXPECT_TRUE(fs::exists(state.PsFile));

@@ -71,6 +71,28 @@ TEST_F(automatic_actions, a_savedir_folder_from_an_8bit_profile_keeps_its_umlaut
     EXPECT_EQ(calls[0].args[3], folder + "/Report.pdf");
 }
 
+// An account without a desktop folder, or a profile naming a folder not made yet: the folder is
+// made, and the job goes there instead of failing.
+TEST_F(automatic_actions, a_missing_desktop_or_savedir_folder_is_made_for_the_job) {
+    fs::remove_all(desktop);
+    setUser("ADefault", "desktop");
+    offerMachineJob("Report", "anna1.ps");
+    openWithActions();
+    auto calls = waitForCalls(1);
+    ASSERT_EQ(calls.size(), 1u);
+    EXPECT_EQ(calls[0].args[3], desktop + "Report.pdf");
+    EXPECT_TRUE(fs::is_directory(desktop));
+
+    const std::string folder = root.folder() + "Archiv/2026/Rechnungen";
+    root.write("suite/Archiv.plp", "-sDEVICE=pdfwrite\r\nplassist=savedir\r\nplassist2=" + folder + "\r\n");
+    offerMachineJob("Report", "anna2~profile~Archiv.ps");
+    openWithActions();
+    calls = waitForCalls(2);
+    ASSERT_EQ(calls.size(), 2u);
+    EXPECT_EQ(calls[1].args[3], folder + "/Report.pdf");
+    EXPECT_TRUE(fs::is_directory(folder));
+}
+
 TEST_F(automatic_actions, the_users_default_action_wins_over_the_machines_unless_unknown) {
     struct Case {
         std::string user, machine;

@@ -1,4 +1,5 @@
 #include "platform/command_line.h"
+#include "platform/program_names.h"
 
 #include <gtest/gtest.h>
 
@@ -55,4 +56,17 @@ TEST(command_line, quoted_words_split_back_to_themselves) {
         }
         EXPECT_EQ(splitCommandLine(line), words) << "command line: " << line;
     }
+}
+
+// What a person reads names the programs as they are called here; other ".exe" names stay.
+TEST(program_names, texts_name_the_suite_programs_as_this_system_calls_them) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"Paperlark.exe /m \"Output.pdf\" \"Input1\"", "paperlark /m \"Output.pdf\" \"Input1\""},
+        {"PLUCNFG.EXE nicht gefunden", "plucnfg nicht gefunden"},
+        {"plAssist.exe, plconfig.exe und plsetup.exe", "plassist, plconfig und plsetup"},
+        {"notepad.exe Paperlark.exe", "notepad.exe paperlark"},
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(pl::platform::withLocalProgramNames(text), expected);
+    EXPECT_EQ(pl::platform::programFileName("Paperlark.exe"), "paperlark");
 }

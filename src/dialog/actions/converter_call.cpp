@@ -1,9 +1,12 @@
 #include "dialog/actions/converter_call.h"
 
+#include "platform/program_names.h"
+
 #include "base/text.h"
 #include "dialog/actions/dir_lookup.h"
 #include "dialog/settings.h"
 #include "platform/environment_expand.h"
+#include "platform/program_names.h"
 
 namespace pl::dialog {
 
@@ -14,13 +17,6 @@ constexpr std::string_view UnstartablePrefix = "ccc";
 
 std::string quoted(std::string_view text) {
     return "\"" + std::string(text) + "\"";
-}
-
-// The name under which the suite installs a Windows program elsewhere: lower case, without ".exe".
-std::string installedName(std::string_view windowsName) {
-    if (!text::iendsWith(windowsName, ".exe"))
-        return std::string(windowsName);
-    return text::toLower(windowsName.substr(0, windowsName.size() - 4));
 }
 
 } // namespace
@@ -63,7 +59,8 @@ std::string emailActionList(int encodeValue) {
 
 bool suiteProgramPresent(const platform::FileSystem& files, std::string_view folder, std::string_view windowsName) {
     const std::string base(folder);
-    return fileFound(files, base + std::string(windowsName)) || fileFound(files, base + installedName(windowsName));
+    return fileFound(files, base + std::string(windowsName)) ||
+           fileFound(files, base + platform::programFileName(windowsName));
 }
 
 bool converterPresentOrSaid(Services& services, std::string_view folder, std::string_view missingText,

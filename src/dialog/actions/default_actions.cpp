@@ -137,6 +137,9 @@ void DialogDefaultActions::saveIntoFolder(std::string folder) {
     auto& services = dialog_.context().services;
     const auto& naming = dialog_.context().naming;
     auto& name = dialog_.control("pdfName").text;
+    // The administrator's folder is made when it is not there yet, rather than the job failing.
+    if (!services.os.files().isFolder(folder))
+        services.os.files().createFolder(folder);
     // A free name, so that nothing in the folder is overwritten.
     name = naming::CheckpdfName(folder, name + naming.OutputSuffix, naming, services.os.files(), services.errors);
     std::string copy = name;

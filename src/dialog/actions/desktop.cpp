@@ -69,6 +69,10 @@ void DialogJobActions::cmdDesktop_Click() {
 
         step = "plDesktop ermitteln";
         const std::string desktop = desktopFolder();
+        // An account without a desktop folder gets one: the job is not to fail on a folder that
+        // merely was never made.
+        if (!desktop.empty() && !services().os.files().isFolder(desktop))
+            services().os.files().createFolder(desktop);
 
         step = "plDesktop Caption";
         control("cmdDesktop").caption = desktopCaption();

@@ -8,6 +8,7 @@
 #include "dialog/job_dialog.h"
 #include "dialog/sort/queue_reorder.h"
 #include "dialog/sort/sort_form.h"
+#include "platform/program_names.h"
 
 namespace pl::dialog {
 
@@ -94,7 +95,8 @@ ConverterCall DialogJobActions::conversion(std::string folder, std::string actio
 void DialogJobActions::startConverter(const ConverterCall& call, std::string_view loggedLine, Route route) {
     log("Aufruf: " + std::string(loggedLine));
     const auto& texts = context().texts;
-    if (!converterPresentOrSaid(services(), call.folder, texts.text(ConverterMissingText),
+    if (!converterPresentOrSaid(services(), call.folder,
+                                platform::withLocalProgramNames(texts.text(ConverterMissingText)),
                                 texts.text(ProgramTitleText)))
         return;
     if (route == Route::Save)

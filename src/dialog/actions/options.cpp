@@ -8,6 +8,7 @@
 #include "dialog/settings.h"
 #include "naming/output_suffix.h"
 #include "platform/paths.h"
+#include "platform/program_names.h"
 #include "texts/language_selection.h"
 
 #include <filesystem>
@@ -113,9 +114,9 @@ void DialogJobActions::lbConfig_Click() {
         log("Aufruf: Paperlark.exe /config");
         auto& texts = context().texts;
         if (!suiteProgramPresent(services().os.files(), folder, ConfigPresenceProgram)) {
-            services().messages.msgBox(
-                text::ireplaceAll(texts.text(ConverterMissingText), ConverterProgram, ConfigProgram), mb::Exclamation,
-                texts.text(ProgramTitleText));
+            services().messages.msgBox(platform::withLocalProgramNames(text::ireplaceAll(
+                                           texts.text(ConverterMissingText), ConverterProgram, ConfigProgram)),
+                                       mb::Exclamation, texts.text(ProgramTitleText));
             return;
         }
         auto& timer = control("Timer1");

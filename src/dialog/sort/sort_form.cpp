@@ -5,6 +5,7 @@
 
 #include "assistant/runtime_helpers.h"
 #include "base/text.h"
+#include "platform/program_names.h"
 #include "texts/texts.h"
 
 #include <algorithm>
@@ -162,12 +163,21 @@ void SortForm::cmdOK_Click() {
     Unload();
 }
 
+void SortForm::Form_KeyDown(int& keyCode, int) {
+    constexpr int Escape = 27;
+    if (keyCode != Escape)
+        return;
+    keyCode = 0;
+    cmdCancel_Click();
+}
+
 void SortForm::cmdCancel_Click() {
     Unload();
 }
 
 void SortForm::cmdHelp_Click() {
-    services().messages.msgBox(captionsFor(context_.texts).helpText, mb::Information, caption);
+    services().messages.msgBox(platform::withLocalProgramNames(captionsFor(context_.texts).helpText), mb::Information,
+                               caption);
 }
 
 } // namespace pl::dialog

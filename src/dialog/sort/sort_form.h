@@ -45,6 +45,9 @@ public:
     // is raised to it.
     void Form_Resize();
     void Form_Unload(int& cancel);
+    // Every key before the control with the focus sees it: Escape is the Cancel button's, as in
+    // any dialog. A key set to 0 is swallowed.
+    void Form_KeyDown(int& keyCode, int shift);
 
     void cmdUp_Click();
     void cmdDown_Click();

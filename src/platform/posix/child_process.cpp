@@ -41,7 +41,7 @@ void keepTail(std::string& output, const char* data, std::size_t size) {
 }
 
 // Reads what is there without waiting longer than `wait`; false once the pipe is closed.
-bool pump(int fd, std::string& output, std::chrono::milliseconds wait) {
+bool pump(int fd, std::string& output, std::chrono::milliseconds wait, const ChildWatch* watch) {
     pollfd p{fd, POLLIN, 0};
     const int ready = ::poll(&p, 1, static_cast<int>(wait.count()));
     if (ready <= 0)
@@ -50,6 +50,8 @@ bool pump(int fd, std::string& output, std::chrono::milliseconds wait) {
     const ssize_t n = ::read(fd, buffer, sizeof buffer);
     if (n > 0) {
         keepTail(output, buffer, static_cast<std::size_t>(n));
+        if (watch && watch->output)
+            watch->output(std::string_view(buffer, static_cast<std::size_t>(n)));
         return true;
     }
     return n < 0 && (errno == EINTR || errno == EAGAIN);
@@ -96,7 +98,7 @@ std::vector<std::string> childEnvironment(const std::string& tempFolder) {
 } // namespace
 
 ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::milliseconds timeLimit,
-                       const std::string& tempFolder) {
+                       const std::string& tempFolder, const ChildWatch* watch) {
     ChildResult result;
     if (argv.empty() || argv.front().empty()) {
         result.startError = "no program named";
@@ -164,7 +166,7 @@ ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::millis
             break;
         }
         const auto now = Clock::now();
-        result.stopped = stopRequested() != 0;
+        result.stopped = stopRequested() != 0 || (watch && watch->stop && watch->stop());
         result.timedOut = !result.stopped && now >= deadline;
         if (result.stopped || result.timedOut) {
             endGroup(pid);
@@ -175,7 +177,7 @@ ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::millis
         const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - now);
         const auto slice = std::min(left, std::chrono::milliseconds(50));
         if (pipeOpen)
-            pipeOpen = pump(pipeFds[0], result.output, slice);
+            pipeOpen = pump(pipeFds[0], result.output, slice, watch);
         else
             ::usleep(static_cast<useconds_t>(slice.count()) * 1000);
     }

@@ -85,7 +85,7 @@ void QtFormWindow::redraw() {
         else
             setFixedSize(inside);
     }
-    const QPoint place(toPixels(form_.left, twipsPerPixel_), toPixels(form_.top, twipsPerPixel_));
+    const QPoint place = screenPlace(QPoint(toPixels(form_.left, twipsPerPixel_), toPixels(form_.top, twipsPerPixel_)));
     if (!placed_ || pos() != place) {
         move(place);
         placed_ = true;

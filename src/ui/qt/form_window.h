@@ -74,6 +74,9 @@ protected:
     // A timer control of the model fired while the model had it enabled.
     virtual void timerFired(std::string_view name);
 
+    // Where on the screen the model's place `modelPlace` (in pixels) is; the model's own place by
+    // default.
+    virtual QPoint screenPlace(QPoint modelPlace) const { return modelPlace; }
     // A window the user may resize: drawing the model sizes it without fixing its size.
     void setResizable(bool resizable) { resizable_ = resizable; }
     // True while the model is being drawn: the widgets' own signals then are no user's doing.

@@ -9,16 +9,21 @@
 
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QCursor>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
+#include <QTimer>
 
 namespace pl::qtui {
 
 namespace {
 
-constexpr Qt::WindowFlags DialogFlags =
-    Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
+// A fixed-size dialog: a title, a system menu and a close button, nothing to maximise or minimise.
+constexpr Qt::WindowFlags DialogFlags = Qt::Dialog | Qt::MSWindowsFixedSizeDialogHint | Qt::CustomizeWindowHint |
+                                        Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint;
 
 int checkValueOf(const QCheckBox& box) {
     switch (box.checkState()) {
@@ -44,6 +49,26 @@ QtJobDialogView::QtJobDialogView(dialog::JobDialog& dialog, int twipsPerPixel)
 }
 
 QtJobDialogView::~QtJobDialogView() = default;
+
+QPoint QtJobDialogView::screenPlace(QPoint modelPlace) const {
+    if (!settled_) {
+        QScreen* screen = QGuiApplication::screenAt(QCursor::pos());
+        if (!screen)
+            screen = QGuiApplication::primaryScreen();
+        if (screen)
+            offset_ = screen->availableGeometry().center() - frameGeometry().center() + pos() - modelPlace;
+    }
+    return modelPlace + offset_;
+}
+
+void QtJobDialogView::showEvent(QShowEvent* event) {
+    if (!settled_) {
+        move(screenPlace(pos() - offset_));
+        // The load sequence may still change the size after showing; the place follows until it ends.
+        QTimer::singleShot(0, this, [this] { settled_ = true; });
+    }
+    QtFormWindow::showEvent(event);
+}
 
 template <class Widget, class Signal>
 void QtJobDialogView::forwardSignal(std::string_view name, Signal signal, void (dialog::JobActions::*procedure)()) {

@@ -18,6 +18,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    // The dialog opens in the middle of the screen that holds the mouse, where the person who just
+    // printed is looking, at the size its load sequence left it; the model's later moves apply
+    // from there.
+    void showEvent(QShowEvent* event) override;
+    QPoint screenPlace(QPoint modelPlace) const override;
     // The close button and the system menu: the dialog asks before it lets itself be closed.
     void closeEvent(QCloseEvent* event) override;
     bool previewKey(QWidget* control, QKeyEvent& event) override;
@@ -33,6 +38,8 @@ private:
     forms::Control& control(std::string_view name) { return dialog_.control(name); }
 
     dialog::JobDialog& dialog_;
+    mutable QPoint offset_; // from the model's place to the screen's
+    bool settled_ = false;  // shown, and the procedure that showed it has ended
 };
 
 } // namespace pl::qtui

@@ -2,6 +2,7 @@
 
 #include "ui/qt/app_icon.h"
 #include "ui/qt/background.h"
+#include "ui/qt/key_codes.h"
 #include "ui/qt/twips.h"
 
 #include <QCloseEvent>
@@ -75,6 +76,14 @@ void QtSortView::resizeEvent(QResizeEvent* event) {
 void QtSortView::closeEvent(QCloseEvent* event) {
     event->ignore(); // the window goes when the form is unloaded
     forward([&] { sort_.Unload(); });
+}
+
+bool QtSortView::previewKey(QWidget*, QKeyEvent& event) {
+    int keyCode = classicKeyCode(event);
+    if (keyCode == 0)
+        return false;
+    forward([&] { sort_.Form_KeyDown(keyCode, classicShift(event.modifiers())); });
+    return !attached() || keyCode == 0;
 }
 
 } // namespace pl::qtui

@@ -19,6 +19,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     // The close button unloads the form, as its Cancel button does.
     void closeEvent(QCloseEvent* event) override;
+    bool previewKey(QWidget* control, QKeyEvent& event) override;
 
 private:
     dialog::SortForm& sort_;

@@ -40,6 +40,7 @@ private slots:
     void enter_in_the_name_box_puts_the_pdf_on_the_desktop();
     void the_encryption_box_goes_through_three_states_with_a_password_profile();
     void the_sort_button_opens_the_queue_modally_and_ok_applies_the_new_order();
+    void the_sort_dialogs_help_names_the_converter_as_called_here_and_escape_cancels_it();
 };
 
 void JobDialogActionsTest::enter_in_the_name_box_puts_the_pdf_on_the_desktop() {
@@ -119,6 +120,38 @@ void JobDialogActionsTest::the_sort_button_opens_the_queue_modally_and_ok_applie
     QCOMPARE(scene.world.queueTitles(), (std::vector<std::string>{"Ende", "Anfang", "Mitte"}));
     QVERIFY(scene.window()->isVisible()); // back to the job dialog
     QCOMPARE(QString::fromStdString(scene.world.errorList()), QString());
+}
+
+void JobDialogActionsTest::the_sort_dialogs_help_names_the_converter_as_called_here_and_escape_cancels_it() {
+    ActionScene scene;
+    scene.world.writeJob(scene.world.userSpool, "MultiDocanna1.ps", "Anfang");
+    scene.world.writeJob(scene.world.userSpool, "MultiDocanna2.ps", "Ende");
+    QVERIFY(scene.open());
+    auto help = std::make_shared<SeenMessageBox>();
+    bool sortWentAway = false;
+    ModalAnswer answer([&](QWidget* modal) {
+        auto* sort = qobject_cast<qtui::QtFormWindow*>(modal);
+        if (sort == nullptr || sort->objectName() != QStringLiteral("frmSort"))
+            return modal->hide();
+        auto helpAnswer = answerMessageBox(QMessageBox::Ok, help);
+        QTest::mouseClick(in<QPushButton>(*sort, "cmdHelp"), Qt::LeftButton);
+        // A new order that Escape must not apply.
+        auto* list = in<QListWidget>(*sort, "lstDocuments");
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualItemRect(list->item(1)).center());
+        QTest::mouseClick(in<QPushButton>(*sort, "cmdUp"), Qt::LeftButton);
+        QPointer<QWidget> window = sort;
+        QTest::keyClick(list, Qt::Key_Escape);
+        sortWentAway = window.isNull() || !window->isVisible();
+    });
+
+    QTest::mouseClick(scene.widget<QPushButton>("cmdSort"), Qt::LeftButton);
+
+    QVERIFY(answer.answered());
+    QVERIFY(help->text.contains(QStringLiteral("paperlark /m \"Output.pdf\" \"Input1\"")));
+    QVERIFY(!help->text.contains(QStringLiteral(".exe")));
+    QVERIFY(sortWentAway);
+    QCOMPARE(queueTitles(scene.world), (QStringList{"Anfang", "Ende"}));
+    QVERIFY(scene.window()->isVisible());
 }
 
 QTEST_MAIN(JobDialogActionsTest)

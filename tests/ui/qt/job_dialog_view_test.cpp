@@ -12,10 +12,13 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QComboBox>
+#include <QCursor>
 #include <QDir>
+#include <QGuiApplication>
 #include <QImage>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include <algorithm>
@@ -87,6 +90,7 @@ private slots:
     void close_button_answered_no_keeps_everything_and_yes_deletes_and_the_window_goes();
     void the_name_box_swallows_forbidden_characters_cleans_pastes_and_selects_all_on_focus();
     void policy_hidden_buttons_and_rows_leave_no_gap();
+    void opens_as_a_fixed_size_dialog_in_the_middle_of_the_screen_with_the_mouse();
     void each_look_paints_its_background_and_keeps_it_on_repainting_data();
     void each_look_paints_its_background_and_keeps_it_on_repainting();
 };
@@ -263,6 +267,20 @@ void JobDialogViewTest::each_look_paints_its_background_and_keeps_it_on_repainti
     // Every repaint paints the whole background again.
     scene.window()->repaint();
     QCOMPARE(scene.window()->grab().toImage(), image);
+}
+
+void JobDialogViewTest::opens_as_a_fixed_size_dialog_in_the_middle_of_the_screen_with_the_mouse() {
+    DialogScene scene;
+    QVERIFY(scene.openJob("Report"));
+    QWidget* window = scene.window();
+    QVERIFY(window->isVisible());
+    QVERIFY(!(window->windowFlags() & Qt::WindowMaximizeButtonHint));
+    QVERIFY(!(window->windowFlags() & Qt::WindowMinimizeButtonHint));
+    QCOMPARE(window->minimumSize(), window->size());
+    QCOMPARE(window->maximumSize(), window->size());
+    const QRect screen = QGuiApplication::screenAt(QCursor::pos())->availableGeometry();
+    const QPoint off = window->frameGeometry().center() - screen.center();
+    QVERIFY2(off.manhattanLength() <= 2, qPrintable(QStringLiteral("%1,%2 off centre").arg(off.x()).arg(off.y())));
 }
 
 QTEST_MAIN(JobDialogViewTest)
