@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace pl::platform::posix {
 
@@ -67,17 +68,18 @@ void eraseBranch(HiveKey& root, std::string_view path, bool& changed) {
     changed = changed || removed != 0;
 }
 
-void appendSections(const HiveKey& key, const std::string& path, RootKey rootKey, RegFile& file) {
+void visitSections(const HiveKey& key, const std::string& path, RootKey rootKey,
+                   const std::function<void(const RegFileKey&)>& visit) {
     if (!path.empty() || !key.values.empty()) {
         RegFileKey section;
         section.root = rootKey;
         section.subKey = path;
         for (const RegValue& v : key.values)
             section.values.push_back(RegFileValue{v.name, false, v.type, v.data});
-        file.keys.push_back(std::move(section));
+        visit(section);
     }
     for (const HiveKey& sub : key.subKeys)
-        appendSections(sub, path.empty() ? sub.name : path + '\\' + sub.name, rootKey, file);
+        visitSections(sub, path.empty() ? sub.name : path + '\\' + sub.name, rootKey, visit);
 }
 
 } // namespace
@@ -160,30 +162,45 @@ long deleteKey(HiveKey& root, std::string_view path, bool& changed) {
     return RegOk;
 }
 
+void forEachSection(const HiveKey& root, RootKey rootKey, const std::function<void(const RegFileKey&)>& visit) {
+    visitSections(root, std::string(), rootKey, visit);
+}
+
 RegFile toRegFile(const HiveKey& root, RootKey rootKey) {
     RegFile file;
-    appendSections(root, std::string(), rootKey, file);
+    forEachSection(root, rootKey, [&](const RegFileKey& section) { file.keys.push_back(section); });
     return file;
 }
 
-const RegFileKey* applyRegFile(HiveKey& root, RootKey rootKey, const RegFile& file) {
+bool applyRegFileKey(HiveKey& root, RootKey rootKey, RegFileKey& section) {
     bool changed = false;
+    if (section.root != rootKey)
+        return false;
+    if (section.remove) {
+        eraseBranch(root, section.subKey, changed);
+        return true;
+    }
+    HiveKey* key = nullptr;
+    if (obtainKey(root, section.subKey, changed, key) != RegOk)
+        return false;
+    for (RegFileValue& v : section.values) {
+        if (v.remove) {
+            deleteValue(*key, {}, v.name, changed);
+        } else if (auto it = valueNamed(*key, v.name); it != key->values.end()) {
+            it->type = v.type;
+            it->data = std::move(v.data);
+        } else if (isWritableName(v.name)) {
+            key->values.push_back(RegValue{std::move(v.name), v.type, std::move(v.data)});
+        }
+    }
+    return true;
+}
+
+const RegFileKey* applyRegFile(HiveKey& root, RootKey rootKey, const RegFile& file) {
     for (const RegFileKey& section : file.keys) {
-        if (section.root != rootKey)
+        RegFileKey copy = section;
+        if (!applyRegFileKey(root, rootKey, copy))
             return &section;
-        if (section.remove) {
-            eraseBranch(root, section.subKey, changed);
-            continue;
-        }
-        HiveKey* key = nullptr;
-        if (obtainKey(root, section.subKey, changed, key) != RegOk)
-            return &section;
-        for (const RegFileValue& v : section.values) {
-            if (v.remove)
-                deleteValue(*key, {}, v.name, changed);
-            else
-                setValue(*key, {}, RegValue{v.name, v.type, v.data}, changed);
-        }
     }
     return nullptr;
 }

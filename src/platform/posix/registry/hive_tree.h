@@ -5,6 +5,7 @@
 #include "platform/posix/registry/regedit_format.h"
 #include "platform/registry_backend.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,11 @@ long deleteKey(HiveKey& root, std::string_view path, bool& changed);
 // The hive of `rootKey` as a file holds it: every key in its own section, parents before children,
 // the root's section only when it has values.
 RegFile toRegFile(const HiveKey& root, RootKey rootKey);
+// Calls `visit` with each section that toRegFile would give, one at a time.
+void forEachSection(const HiveKey& root, RootKey rootKey, const std::function<void(const RegFileKey&)>& visit);
+// Applies one parsed section as an import does, taking its data; false for a section of another
+// root or a key path the hive cannot hold.
+bool applyRegFileKey(HiveKey& root, RootKey rootKey, RegFileKey& section);
 // Applies a parsed file to the hive as an import does ([-key] removes the whole branch). A section
 // of another root is refused: the result is that section, and the hive is left half applied.
 const RegFileKey* applyRegFile(HiveKey& root, RootKey rootKey, const RegFile& file);
