@@ -204,8 +204,9 @@ void HiveStore::load(std::string_view bytes) const {
     problem_.reset();
     const RegFileKey* foreign = nullptr;
     RegFileKey refused;
+    HiveLoader loader(tree_, root_);
     const auto error = parseRegFileSections(bytes, [&](RegFileKey& section) {
-        if (applyRegFileKey(tree_, root_, section))
+        if (loader.apply(section))
             return true;
         refused = std::move(section);
         foreign = &refused;

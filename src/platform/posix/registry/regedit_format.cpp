@@ -72,24 +72,36 @@ std::vector<std::uint8_t> utf8ToUtf16le(std::string_view utf8) {
     return out;
 }
 
-// Whether `bytes` is valid UTF-8 already (the usual case), so that it needs no copy.
+// Whether `bytes` is valid UTF-8 already (the usual case), so that it needs no copy: every sequence
+// one that text::decode takes as a whole character (the same rules: no overlong forms, no
+// surrogates, nothing above U+10FFFF).
 bool isValidUtf8(std::string_view bytes) {
-    std::size_t i = 0;
-    while (i < bytes.size()) {
-        const auto c = static_cast<unsigned char>(bytes[i]);
-        if (c < 0x80) {
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto b0 = static_cast<unsigned char>(bytes[i]);
+        if (b0 < 0x80) {
             ++i;
             continue;
         }
-        const std::size_t length = c >= 0xF0 ? 4 : c >= 0xE0 ? 3 : c >= 0xC0 ? 2 : 0;
-        if (length == 0 || i + length > bytes.size())
+        std::size_t length = 0;
+        char32_t cp = 0, min = 0;
+        if ((b0 & 0xE0) == 0xC0)
+            length = 2, cp = b0 & 0x1F, min = 0x80;
+        else if ((b0 & 0xF0) == 0xE0)
+            length = 3, cp = b0 & 0x0F, min = 0x800;
+        else if ((b0 & 0xF8) == 0xF0)
+            length = 4, cp = b0 & 0x07, min = 0x10000;
+        else
             return false;
-        // Leave the fine points (overlong forms, surrogates) to the full decoder.
-        if (c == 0xC0 || c == 0xC1 || c > 0xF4 || c == 0xE0 || c == 0xED || c == 0xF0 || c == 0xF4)
+        if (i + length > bytes.size())
             return false;
-        for (std::size_t k = 1; k < length; ++k)
-            if ((static_cast<unsigned char>(bytes[i + k]) & 0xC0) != 0x80)
+        for (std::size_t k = 1; k < length; ++k) {
+            const auto b = static_cast<unsigned char>(bytes[i + k]);
+            if ((b & 0xC0) != 0x80)
                 return false;
+            cp = (cp << 6) | (b & 0x3F);
+        }
+        if (cp < min || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
+            return false;
         i += length;
     }
     return true;
@@ -301,6 +313,7 @@ private:
             if (!trimRight(rest.substr(at)).empty())
                 throw ParseFailure{"unexpected text after the closing \""};
             value.type = regtype::Sz;
+            value.data.reserve(data.size() + 1); // exactly: a large hive holds many of these
             value.data.assign(data.begin(), data.end());
             value.data.push_back(0);
         } else if (text::istartsWith(rest, "dword:")) {
