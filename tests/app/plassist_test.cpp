@@ -56,8 +56,8 @@ public:
         envp.push_back(nullptr);
         pid_ = ::fork();
         if (pid_ == 0) {
-            if (account && (::setgroups(0, nullptr) != 0 || ::setgid(account->second) != 0 ||
-                            ::setuid(account->first) != 0))
+            if (account &&
+                (::setgroups(0, nullptr) != 0 || ::setgid(account->second) != 0 || ::setuid(account->first) != 0))
                 ::_exit(126);
             const int out = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
             ::dup2(out, 1);
@@ -391,10 +391,14 @@ TEST(plassist, users_whose_names_share_a_prefix_each_get_only_their_own_jobs_pas
         const std::string user = s == &s1 ? "user1" : "user10";
         EXPECT_TRUE(waitFor([&] { return s->desktop() == pdfs(user); }, 120s)) << user << ": " << s->output();
     }
-    std::set<std::string> left;
-    for (const auto& entry : fs::directory_iterator(machine))
-        left.insert(entry.path().filename().string());
-    EXPECT_EQ(left, (std::set<std::string>{"user1-2.ps", "user10-2.ps"})) << "only the pipes stay";
+    const auto left = [&] {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(machine))
+            names.insert(entry.path().filename().string());
+        return names;
+    };
+    const std::set<std::string> pipes{"user1-2.ps", "user10-2.ps"};
+    EXPECT_TRUE(waitFor([&] { return left() == pipes; }, 30s)) << "only the pipes stay";
 
     std::ofstream(machine + "plassistende.cmd") << "\n";
     EXPECT_EQ(a1.waitForExit(15s), 0) << s1.output();
