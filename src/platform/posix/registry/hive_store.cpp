@@ -135,6 +135,7 @@ long HiveStore::modify(const std::function<long(HiveKey&, bool&)>& change) {
     // The change goes straight into the tree; whatever keeps it from the file makes the next access
     // read the file again, so the tree never holds what the file does not.
     bool changed = false;
+    settled_.reset();
     const long rc = change(tree_, changed);
     if (rc != RegOk || !changed) {
         if (rc != RegOk)
@@ -147,7 +148,28 @@ long HiveStore::modify(const std::function<long(HiveKey&, bool&)>& change) {
     return written;
 }
 
+namespace {
+
+// A file whose status change lies well before the moment it was read has not changed since as long
+// as its status is the same: any change would have moved its change time past that moment. A file
+// read within moments of its last change may change again within the same clock tick unseen, so
+// it is read again next time.
+constexpr std::int64_t SettledAfterNanoseconds = 2'000'000'000;
+
+std::int64_t nanoseconds(const timespec& t) {
+    return static_cast<std::int64_t>(t.tv_sec) * 1'000'000'000 + t.tv_nsec;
+}
+
+} // namespace
+
+bool HiveStore::Settled::matches(const struct stat& st) const {
+    return st.st_dev == device && st.st_ino == inode && st.st_size == size && nanoseconds(st.st_mtim) == modified &&
+           nanoseconds(st.st_ctim) == changed;
+}
+
 void HiveStore::refresh() const {
+    timespec now{};
+    ::clock_gettime(CLOCK_REALTIME, &now);
     // Opened without waiting: a pipe in the hive's place must not stop the program.
     const int fd = ::open(file_.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (fd < 0) {
@@ -162,7 +184,10 @@ void HiveStore::refresh() const {
         failure = file_.string() + ": " + std::strerror(errno);
     else if (!S_ISREG(st.st_mode))
         failure = file_.string() + ": not a plain file";
-    else {
+    else if (settled_ && settled_->matches(st)) {
+        ::close(fd);
+        return;
+    } else {
         bytes.reserve(static_cast<std::size_t>(st.st_size) + 1);
         if (!readAll(fd, bytes))
             failure = file_.string() + ": " + std::strerror(errno);
@@ -173,15 +198,19 @@ void HiveStore::refresh() const {
         return;
     }
     const Version seen{bytes.size(), hashOf(bytes)};
-    if (version_ == seen)
-        return;
-    load(bytes);
-    version_ = seen;
+    if (version_ != seen) {
+        load(bytes);
+        version_ = seen;
+    }
+    settled_.reset();
+    if (nanoseconds(st.st_ctim) + SettledAfterNanoseconds < nanoseconds(now))
+        settled_ = Settled{st.st_dev, st.st_ino, st.st_size, nanoseconds(st.st_mtim), nanoseconds(st.st_ctim)};
 }
 
 void HiveStore::forget(std::optional<std::string> problem) const {
     tree_ = HiveKey{};
     version_.reset();
+    settled_.reset();
     problem_ = std::move(problem);
     complain();
 }
@@ -226,7 +255,10 @@ void HiveStore::load(std::string_view bytes) const {
 
 long HiveStore::replaceFile(const HiveKey& tree) {
     const std::filesystem::path folder = file_.parent_path();
-    std::string temp = (folder / ("." + file_.filename().string() + ".XXXXXX")).string();
+    std::string hidden = "."; // built step by step: GCC 12 warns falsely about "." + string
+    hidden += file_.filename().string();
+    hidden += ".XXXXXX";
+    std::string temp = (folder / hidden).string();
     const int fd = ::mkostemp(temp.data(), O_CLOEXEC);
     if (fd < 0)
         return codeFor(errno);

@@ -20,6 +20,8 @@
 #include <optional>
 #include <string>
 
+#include <sys/stat.h>
+
 namespace pl::platform::posix {
 
 class HiveStore {
@@ -52,6 +54,15 @@ private:
         bool operator==(const Version&) const = default;
     };
 
+    // The status of a file read well after its last change (see refresh).
+    struct Settled {
+        dev_t device;
+        ino_t inode;
+        off_t size;
+        std::int64_t modified, changed; // nanoseconds
+        bool matches(const struct stat& st) const;
+    };
+
     void refresh() const;
     void load(std::string_view bytes) const;
     void forget(std::optional<std::string> problem) const;
@@ -61,11 +72,13 @@ private:
     RootKey root_;
     std::filesystem::path file_;
     mutable std::mutex mutex_;
-    // The hive as last read and the version of the bytes it was read from. Every access reads the
-    // file and parses it again only when the bytes differ: time stamps and inode numbers can miss a
-    // change made within the same clock tick, the bytes cannot.
+    // The hive as last read and the version of the bytes it was read from. An access reads the file
+    // again unless it has settled, and parses it again only when the bytes differ: time stamps and
+    // inode numbers can miss a change made within the same clock tick, the bytes cannot.
     mutable HiveKey tree_;
     mutable std::optional<Version> version_;
+    // Set while the file is known not to have changed since it was read, so it need not be read again.
+    mutable std::optional<Settled> settled_;
     mutable std::optional<std::string> problem_;
     mutable std::string complained_; // the problem last told on standard error
 };
