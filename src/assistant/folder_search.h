@@ -20,11 +20,14 @@ public:
     // Without `changes` (or for a folder it cannot watch) every search reads the folder.
     FolderSearch(const platform::FileSystem& files, platform::FolderChanges* changes);
 
-    // The name of the first file in `folder` that matches `pattern` (as FileSystem::findFirst
-    // finds it), or the empty text: always what a search made now would answer.
-    std::string firstMatch(const std::string& folder, const std::string& pattern);
+    // The name of the first entry of the kind `entries` in `folder` that matches `pattern` (as
+    // FileSystem::searchFirstOf finds it), or the empty text: always what a search made now would
+    // answer.
+    std::string firstMatch(const std::string& folder, const std::string& pattern,
+                           platform::Entries entries = platform::Entries::Files);
     // The same search, always reading the folder.
-    std::string freshFirstMatch(const std::string& folder, const std::string& pattern, bool* complete = nullptr);
+    std::string freshFirstMatch(const std::string& folder, const std::string& pattern,
+                                platform::Entries entries = platform::Entries::Files, bool* complete = nullptr);
 
     // How many times a folder has been read.
     std::uint64_t scans() const { return scans_; }
@@ -37,7 +40,7 @@ private:
 
     const platform::FileSystem& files_;
     platform::FolderChanges* changes_;
-    std::unordered_map<std::string, Remembered> remembered_; // key: folder, NUL, pattern
+    std::unordered_map<std::string, Remembered> remembered_; // key: kind, folder, NUL, pattern
     std::uint64_t scans_ = 0;
 };
 

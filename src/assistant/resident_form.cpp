@@ -87,6 +87,8 @@ ResidentForm::ResidentForm(forms::Context& context, forms::JobDialogHost& dialog
     }
     caption = "Paperlark Assistant";
     addControls(*this);
+    // A language file with a defect text must not keep the watcher from starting.
+    context.texts.trapErrorsWith(context.services.errors);
 }
 
 std::string ResidentForm::userName() const {
@@ -289,14 +291,14 @@ void ResidentForm::chooseWorkingDrive() {
         workingDrive_ = profile.substr(0, 2);
 }
 
-std::string ResidentForm::firstMatch(std::string_view searchPath) {
+std::string ResidentForm::firstMatch(std::string_view searchPath, platform::Entries entries) {
     const auto [folder, pattern] = splitSearchPath(searchPath);
-    return search_.firstMatch(folder, pattern);
+    return search_.firstMatch(folder, pattern, entries);
 }
 
-std::string ResidentForm::freshFirstMatch(std::string_view searchPath) {
+std::string ResidentForm::freshFirstMatch(std::string_view searchPath, platform::Entries entries) {
     const auto [folder, pattern] = splitSearchPath(searchPath);
-    return search_.freshFirstMatch(folder, pattern);
+    return search_.freshFirstMatch(folder, pattern, entries);
 }
 
 } // namespace pl::assistant

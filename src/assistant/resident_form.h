@@ -117,8 +117,8 @@ private:
     void deleteStaleFiles(const std::string& searchPath, bool onlyOld);
 
     // First match of a classic search path (folder and pattern in one text), through the cache.
-    std::string firstMatch(std::string_view searchPath);
-    std::string freshFirstMatch(std::string_view searchPath);
+    std::string firstMatch(std::string_view searchPath, platform::Entries entries = platform::Entries::Files);
+    std::string freshFirstMatch(std::string_view searchPath, platform::Entries entries);
 
     forms::Context& ctx_;
     forms::JobDialogHost& dialogs_;

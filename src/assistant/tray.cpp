@@ -83,7 +83,7 @@ void ResidentForm::mnShowPlAssist_Click() {
         std::string queued;
         for (int attempt = 1; attempt <= QueueSearchAttempts; ++attempt) {
             st.StepName = "6 - " + text::number(attempt);
-            queued = freshFirstMatch(st.PsDirUser + "MultiDoc" + user + "*.ps");
+            queued = freshFirstMatch(st.PsDirUser + "MultiDoc" + user + "*.ps", platform::Entries::OwnRegularFiles);
             st.StepName = "9 - " + text::number(attempt);
             if (!queued.empty() || !st.PsDirUser.empty())
                 break;

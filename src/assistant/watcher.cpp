@@ -5,6 +5,12 @@
 //
 // Every statement of a tick runs with errors ignored: an unreachable folder simply yields no job,
 // a failed move is tried again on the next tick.
+//
+// The spool folders may be shared with every other user. A job, a queued document or anything
+// else this user will read is the user's own plain file: a file of the right name that somebody
+// else put there, or a pipe or device, is not seen at all, so it can neither be taken nor hold up
+// a tick. Only the terminal-server folder searched for every user's jobs (TsName "*") takes plain
+// files of any owner, as it exists to.
 
 #include "assistant/resident_form.h"
 #include "assistant/runtime_helpers.h"
@@ -46,7 +52,7 @@ void ResidentForm::Timer1_Timer() {
     // The tray icon is visible exactly while this user has MultiDoc documents waiting to be merged.
     ignoringErrors([&] {
         if (st.TrayCheck == 1 && !st.PsDirUser.empty()) {
-            if (!firstMatch(st.PsDirUser + "MultiDoc" + user + "*.ps").empty())
+            if (!firstMatch(st.PsDirUser + "MultiDoc" + user + "*.ps", platform::Entries::OwnRegularFiles).empty())
                 SetTrayIcon(1);
             else
                 view().removeTrayIcon();
@@ -56,35 +62,41 @@ void ResidentForm::Timer1_Timer() {
     });
 
     // Programs that print without a user name produce "unknown*.ps"; whichever user's assistant sees
-    // such a job first takes it over. Among several assistants the first rename wins.
+    // such a job first takes it over, as the user's own file. Among several assistants the first
+    // move wins; where the folder's permissions forbid it, the job stays for somebody who may.
     if (st.Pm5Support) {
         ignoringErrors([&] {
-            st.PsFile = firstMatch(st.PsDirMachine + "unknown*.ps");
+            st.PsFile = firstMatch(st.PsDirMachine + "unknown*.ps", platform::Entries::RegularFiles);
             if (!st.PsFile.empty())
-                os.files().rename(st.PsDirMachine + st.PsFile,
-                                  st.PsDirUser + text::ireplaceAll(st.PsFile, "unknown", user));
+                os.files().moveToOwn(st.PsDirMachine + st.PsFile,
+                                     st.PsDirUser + text::ireplaceAll(st.PsFile, "unknown", user));
         });
     }
 
     // The first job of this user, looking in the machine folder, then the user's own folder, then the
-    // terminal-server folder. The first entry the search returns wins; no other entry is looked at.
+    // terminal-server folder. The first match in name order wins; no other entry is looked at.
+    constexpr platform::Entries own = platform::Entries::OwnRegularFiles;
+    const platform::Entries tsEntries = st.TsName == "*" ? platform::Entries::RegularFiles : own;
+    platform::Entries found = own;
     ignoringErrors([&] {
-        st.PsFile = firstMatch(st.PsDirMachine + user + "*.ps");
+        st.PsFile = firstMatch(st.PsDirMachine + user + "*.ps", own);
         if (!st.PsFile.empty())
             st.PsFolder = st.PsDirMachine;
     });
     if (st.PsFile.empty() && !st.PsDirUser.empty()) {
         ignoringErrors([&] {
-            st.PsFile = firstMatch(st.PsDirUser + user + "*.ps");
+            st.PsFile = firstMatch(st.PsDirUser + user + "*.ps", own);
             if (!st.PsFile.empty())
                 st.PsFolder = st.PsDirUser;
         });
     }
     if (st.PsFile.empty() && !st.TsPath.empty()) {
         ignoringErrors([&] {
-            st.PsFile = firstMatch(st.TsPath + st.TsName + "*.ps");
-            if (!st.PsFile.empty())
+            st.PsFile = firstMatch(st.TsPath + st.TsName + "*.ps", tsEntries);
+            if (!st.PsFile.empty()) {
                 st.PsFolder = st.TsPath;
+                found = tsEntries;
+            }
         });
     }
 
@@ -102,7 +114,7 @@ void ResidentForm::Timer1_Timer() {
     log("Datei gefunden: " + st.PsFile);
 
     bool stillThere = false;
-    ignoringErrors([&] { stillThere = !freshFirstMatch(st.PsFolder + st.PsFile).empty(); });
+    ignoringErrors([&] { stillThere = !freshFirstMatch(st.PsFolder + st.PsFile, found).empty(); });
     if (!stillThere)
         return; // the job vanished in between
 

@@ -48,7 +48,9 @@ void JobDialog::deleteJob(std::string& step) {
     auto& files = services().os.files();
     const std::string folder = state().PsFolder;
     std::vector<platform::DirEntry> queued;
-    ignoringErrors([&] { queued = files.findAll(folder, "MultiDoc" + userName() + "*.ps"); });
+    ignoringErrors([&] {
+        queued = files.findAllOf(folder, "MultiDoc" + userName() + "*.ps", platform::Entries::OwnRegularFiles);
+    });
     for (const auto& entry : queued)
         ignoringErrors([&] { files.remove(folder + entry.name); });
 

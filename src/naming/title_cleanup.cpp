@@ -71,12 +71,19 @@ std::string RemoveApplicationNames(std::string_view title) {
     return result;
 }
 
+void CutAtNul(std::string& title) {
+    const std::size_t nul = title.find('\0');
+    if (nul != std::string::npos)
+        title.erase(nul);
+}
+
 void ParsePdfFileName(std::string& title, ErrorSink& errors) {
     try {
         keepTail(title);
         title = DecodeHexString(title);
         title = URLDecode(title, errors);
         title = PsspecialChar(title, errors);
+        CutAtNul(title); // a decoded "\000" or <0000> ends the title as a raw NUL does
         title = RemoveApplicationNames(title);
         for (std::string_view extension : documentExtensions)
             title = text::ireplaceAll(title, extension, "");
@@ -88,6 +95,7 @@ void ParsePdfFileName(std::string& title, ErrorSink& errors) {
         removeLeading(title, '\r');
         removeLeading(title, '\n');
     } catch (...) {
+        CutAtNul(title);
         errors.report("ParsePDFName.ParsePdfFileName", "", currentError(), title);
     }
 }

@@ -18,6 +18,10 @@ namespace pl::naming {
 // and the title as data; the title is then left as far as it got.
 void ParsePdfFileName(std::string& title, ErrorSink& errors);
 
+// A title is text up to its first NUL, as a text box shows it: cuts `title` there. Nothing behind
+// it may reach a file name or a command line, where it would end the text or be refused.
+void CutAtNul(std::string& title);
+
 // PostScript hexadecimal strings <...> decoded; only the last group survives, with the text before
 // it. Raises a type mismatch (13) for a pair that is not hexadecimal.
 std::string DecodeHexString(std::string_view text);

@@ -1,11 +1,9 @@
 #include "naming/title_extraction.h"
-#include "platform/paths.h"
+#include "platform/plain_file.h"
 
 #include "naming/title_cleanup.h"
 #include "naming/title_line_scanner.h"
 
-#include <filesystem>
-#include <fstream>
 #include <memory>
 #include <optional>
 
@@ -15,30 +13,25 @@ namespace {
 
 constexpr std::string_view fallbackName = "Paperlark File";
 
-// The raw title of the job (empty when it has none), or nothing when the file cannot be read.
+// The raw title of the job (empty when it has none), or nothing when the file cannot be read. The
+// job may lie in a folder others write to: only a plain file is read, and opening never waits.
 std::optional<std::string> readRawTitle(std::string_view path) {
-    const auto file = platform::fsPath(path);
-    std::error_code ec;
-    if (std::filesystem::is_directory(file, ec))
+    platform::PlainFileReader in(path);
+    if (!in.isOpen())
         return std::nullopt;
-    std::ifstream in(file, std::ios::binary);
-    if (!in)
-        return std::nullopt;
-    // Reads this large go straight from the file into the block, past the stream's own buffer.
     const auto block = std::make_unique_for_overwrite<char[]>(TitleReadBlockSize);
     TitleLineScanner scanner;
     for (;;) {
-        in.read(block.get(), static_cast<std::streamsize>(TitleReadBlockSize));
-        if (in.bad())
+        const auto got = in.read(block.get(), TitleReadBlockSize);
+        if (!got)
             return std::nullopt;
-        const auto got = static_cast<std::size_t>(in.gcount());
-        if (got > 0 && scanner.feed(std::string_view(block.get(), got)))
+        if (*got == 0 || scanner.feed(std::string_view(block.get(), *got)))
             break;
-        if (!in)
-            break; // end of file
     }
     scanner.finish();
-    return scanner.rawTitle();
+    std::string title = scanner.rawTitle();
+    CutAtNul(title);
+    return title;
 }
 
 // Only what follows the last `separator` (an application may have put a path in the title).

@@ -21,11 +21,16 @@ bool isMarker(const char* s) {
 }
 
 // Bytes up to the first CR or LF (a lone CR ends a line as well as LF and CR LF do).
+// How far the title runs in `bytes`: to the line end, or to a NUL, which ends a text as a text box
+// shows it (nothing behind it would reach a file name anyway).
 std::size_t lineLength(std::string_view bytes) {
-    const auto* cr = static_cast<const char*>(std::memchr(bytes.data(), '\r', bytes.size()));
-    const std::size_t limit = cr ? static_cast<std::size_t>(cr - bytes.data()) : bytes.size();
-    const auto* lf = static_cast<const char*>(std::memchr(bytes.data(), '\n', limit));
-    return lf ? static_cast<std::size_t>(lf - bytes.data()) : limit;
+    std::size_t limit = bytes.size();
+    for (const char end : {'\r', '\n', '\0'}) {
+        const auto* at = static_cast<const char*>(std::memchr(bytes.data(), end, limit));
+        if (at)
+            limit = static_cast<std::size_t>(at - bytes.data());
+    }
+    return limit;
 }
 
 // Byte length of the character at the start of `bytes`: a valid UTF-8 sequence, else one byte that

@@ -26,7 +26,7 @@ public:
     bool found() const { return stage_ != Stage::Searching; }
     // The raw title: what follows the first "%%title:" on its line, minus the one character after
     // the colon (meant to be a blank, lost when the title follows the colon directly), minus
-    // leading blanks, up to the line end (CR, LF or CR LF). The file's bytes as they are.
+    // leading blanks, up to the line end (CR, LF or CR LF) or a NUL. The file's bytes as they are.
     const std::string& rawTitle() const { return title_; }
 
 private:

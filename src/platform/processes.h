@@ -30,6 +30,10 @@ public:
     // Whether a process started earlier (or any process of that id) is still running. A finished
     // child of ours is reaped so that it leaves nothing behind.
     virtual bool isRunning(ProcessId id) = 0;
+    // Collects what the system keeps of started programs that have ended (the converter, a
+    // viewer's launcher), so that a resident program that calls it regularly leaves none behind.
+    // What isRunning answers is not changed by it. Nothing to do where nothing is kept.
+    virtual void collectEnded() {}
     virtual ProcessId currentId() const = 0;
     // Ends this process at once with `exitCode`: nothing after the call runs, nothing is saved.
     [[noreturn]] virtual void exitCurrent(int exitCode) = 0;

@@ -93,4 +93,33 @@ bool wildcardMatch(std::string_view pattern, std::string_view name) {
     return matcher.matches(0, 0);
 }
 
+namespace {
+
+// The UTF-16 code units of `name`, each upper-cased as NTFS's upcase table does for the letters
+// that matter here (ASCII and Latin-1).
+std::u16string listingKey(std::string_view name) {
+    std::u16string units;
+    units.reserve(name.size());
+    for (char32_t c : text::decode(name)) {
+        c = text::toUpper(c);
+        if (c >= 0x10000) {
+            units.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+            units.push_back(static_cast<char16_t>(0xDC00 + ((c - 0x10000) & 0x3FF)));
+        } else {
+            units.push_back(static_cast<char16_t>(c));
+        }
+    }
+    return units;
+}
+
+} // namespace
+
+bool namesInListingOrder(std::string_view a, std::string_view b) {
+    const std::u16string ka = listingKey(a);
+    const std::u16string kb = listingKey(b);
+    if (ka != kb)
+        return ka < kb;
+    return a < b;
+}
+
 } // namespace pl::platform

@@ -36,13 +36,19 @@ public:
 
     int language() const { return language_; }
     void setLanguage(int code) { language_ = code; }
-    // The text `number` of the current language.
-    std::string text(int number) const { return GetText(language_, number); }
+    // The text `number` of the current language. Once an error sink is set, its errors are trapped
+    // as GetText's are (the empty text then), as every procedure traps its own; before, they are
+    // raised to the caller.
+    std::string text(int number) const {
+        return errors_ ? GetText(language_, number, *errors_) : GetText(language_, number);
+    }
+    void trapErrorsWith(ErrorSink& errors) { errors_ = &errors; }
 
 private:
     std::array<std::array<std::string, Numbers>, Slots> table_{};
     std::string languageFile_; // the loaded file's "[plAssist.exe]" section, lines ending in "\r\n"
     int language_ = English;
+    ErrorSink* errors_ = nullptr;
 };
 
 } // namespace pl::texts

@@ -10,8 +10,10 @@
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <grp.h>
+#include <pwd.h>
 #include <signal.h>
-#include <spawn.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -20,6 +22,7 @@
 #include <fstream>
 #include <functional>
 #include <optional>
+#include <set>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -41,7 +44,9 @@ std::string readFile(const std::string& path) {
 // A started program; killed if the test leaves it running.
 class Process {
 public:
-    Process(const std::vector<std::string>& args, const std::vector<std::string>& env, const std::string& output) {
+    // With `account` (uid, gid), run as that account; this process must then be root.
+    Process(const std::vector<std::string>& args, const std::vector<std::string>& env, const std::string& output,
+            std::optional<std::pair<uid_t, gid_t>> account = {}) {
         std::vector<char*> argv, envp;
         for (const auto& a : args)
             argv.push_back(const_cast<char*>(a.c_str()));
@@ -49,13 +54,17 @@ public:
         for (const auto& e : env)
             envp.push_back(const_cast<char*>(e.c_str()));
         envp.push_back(nullptr);
-        posix_spawn_file_actions_t files;
-        posix_spawn_file_actions_init(&files);
-        posix_spawn_file_actions_addopen(&files, 1, output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
-        posix_spawn_file_actions_adddup2(&files, 1, 2);
-        if (posix_spawn(&pid_, args[0].c_str(), &files, nullptr, argv.data(), envp.data()) != 0)
-            pid_ = -1;
-        posix_spawn_file_actions_destroy(&files);
+        pid_ = ::fork();
+        if (pid_ == 0) {
+            if (account &&
+                (::setgroups(0, nullptr) != 0 || ::setgid(account->second) != 0 || ::setuid(account->first) != 0))
+                ::_exit(126);
+            const int out = ::open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+            ::dup2(out, 1);
+            ::dup2(out, 2);
+            ::execve(args[0].c_str(), argv.data(), envp.data());
+            ::_exit(127);
+        }
     }
     ~Process() {
         if (pid_ > 0 && !exitCode_) {
@@ -64,6 +73,7 @@ public:
         }
     }
     bool started() const { return pid_ > 0; }
+    pid_t pid() const { return pid_; }
     // The exit code once the program has ended within `timeout`; nothing while it runs.
     std::optional<int> waitForExit(std::chrono::milliseconds timeout) {
         const auto until = std::chrono::steady_clock::now() + timeout;
@@ -193,6 +203,24 @@ bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds t
     return true;
 }
 
+// The children of `parent` that have ended and were never collected.
+std::vector<pid_t> zombieChildren(pid_t parent) {
+    std::vector<pid_t> zombies;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        const std::string stat = readFile(entry.path() / "stat");
+        const auto close = stat.rfind(')');
+        if (close == std::string::npos)
+            continue;
+        std::istringstream rest(stat.substr(close + 2));
+        char state = 0;
+        pid_t ppid = 0;
+        rest >> state >> ppid;
+        if (ppid == parent && state == 'Z')
+            zombies.push_back(std::stoi(entry.path().filename().string()));
+    }
+    return zombies;
+}
+
 TEST(plassist, puts_a_printed_job_on_the_desktop_as_pdf_and_ends_at_the_end_marker) {
     Session s;
     s.setUser("\"ADefault\"=\"desktop\"");
@@ -209,9 +237,172 @@ TEST(plassist, puts_a_printed_job_on_the_desktop_as_pdf_and_ends_at_the_end_mark
     EXPECT_EQ(field(info, "Title"), "Quarterly Report") << info;
     EXPECT_TRUE(waitFor([&] { return !fs::exists(s.folder("machine") + "anna0001.ps"); }, 10s));
     EXPECT_FALSE(assistant.waitForExit(0ms).has_value()) << "the assistant waits for the next job";
+    EXPECT_TRUE(waitFor([&] { return zombieChildren(assistant.pid()).empty(); }, 5s))
+        << "the finished converter was never collected";
 
     std::ofstream(s.folder("machine") + "plassistende.cmd") << "\n";
     EXPECT_EQ(assistant.waitForExit(10s), 0) << s.output();
+}
+
+// A Unix account for a test, made with useradd when the system has none of that name and removed
+// again afterwards.
+class Account {
+public:
+    explicit Account(std::string name) : name_(std::move(name)) {
+        if (::getpwnam(name_.c_str()) == nullptr) {
+            TempDir scratch;
+            Process add({"/usr/sbin/useradd", "--no-create-home", "--shell", "/usr/sbin/nologin", name_},
+                        {"PATH=/usr/sbin:/usr/bin:/sbin:/bin"}, scratch.folder() + "useradd.out");
+            made_ = add.waitForExit(30s) == 0;
+        }
+        if (const passwd* pw = ::getpwnam(name_.c_str())) {
+            uid_ = pw->pw_uid;
+            gid_ = pw->pw_gid;
+            ok_ = uid_ != 0;
+        }
+    }
+    ~Account() {
+        if (made_) {
+            TempDir scratch;
+            Process del({"/usr/sbin/userdel", name_}, {"PATH=/usr/sbin:/usr/bin:/sbin:/bin"},
+                        scratch.folder() + "userdel.out");
+            del.waitForExit(30s);
+        }
+    }
+    bool ok() const { return ok_; }
+    uid_t uid() const { return uid_; }
+    gid_t gid() const { return gid_; }
+
+private:
+    std::string name_;
+    bool made_ = false, ok_ = false;
+    uid_t uid_ = 0;
+    gid_t gid_ = 0;
+};
+
+// One user's session on a terminal server: the user's own account, folders, registry and
+// assistant; only the machine spool folder is shared.
+class UserSession {
+public:
+    UserSession(const std::string& user, const Account& account, const std::string& base, const std::string& machine)
+        : user_(user), account_(account), home_(base + user + "/") {
+        for (const char* folder : {"reg", "config", "data", "desktop", "spool", "tmp", "run"})
+            fs::create_directories(home_ + folder);
+        const std::string header = "Windows Registry Editor Version 5.00\n\n";
+        std::ofstream(home_ + "reg/HKEY_LOCAL_MACHINE.reg")
+            << header << "[HKEY_LOCAL_MACHINE\\Software\\tobrin\\PaperlarkXP]\n\"psdir\"=\"" << machine << "\"\n";
+        std::ofstream(home_ + "reg/HKEY_CURRENT_USER.reg")
+            << header << "[HKEY_CURRENT_USER\\Software\\tobrin\\PaperlarkXP]\n"
+            << "\"ADefault\"=\"desktop\"\n\"psdir\"=\"" << home_ << "spool/\"\n"
+            << "\n[HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders]\n"
+            << "\"Desktop\"=\"" << home_ << "desktop\"\n";
+        for (const auto& entry : fs::recursive_directory_iterator(home_))
+            ::lchown(entry.path().c_str(), account.uid(), account.gid());
+        ::chown(home_.c_str(), account.uid(), account.gid());
+        fs::permissions(home_ + "run", fs::perms::owner_all, fs::perm_options::replace);
+    }
+
+    Process start() const {
+        const std::vector<std::string> env{"PATH=/usr/bin:/bin",
+                                           "HOME=" + home_,
+                                           "USER=" + user_,
+                                           "LANG=C.UTF-8",
+                                           "TMPDIR=" + home_ + "tmp",
+                                           "XDG_RUNTIME_DIR=" + home_ + "run",
+                                           "XDG_CONFIG_HOME=" + home_ + "config",
+                                           "XDG_DATA_HOME=" + home_ + "data",
+                                           "XDG_SESSION_ID=plassist-" + user_,
+                                           "PAPERLARK_REGISTRY_DIR=" + home_ + "reg",
+                                           "QT_QPA_PLATFORM=offscreen"};
+        return Process({PLASSIST}, env, home_ + "plassist.out", std::pair(account_.uid(), account_.gid()));
+    }
+    std::set<std::string> desktop() const {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(home_ + "desktop"))
+            names.insert(entry.path().filename().string());
+        return names;
+    }
+    std::string output() const { return readFile(home_ + "plassist.out"); }
+    const Account& account() const { return account_; }
+
+private:
+    std::string user_;
+    const Account& account_;
+    std::string home_;
+};
+
+// A job as the printer backend delivers it: written under a "~" name, given to its owner, renamed.
+void deliver(const std::string& machine, const std::string& name, const std::string& titleLine, const Account& owner) {
+    const std::string writing = machine + "~" + name;
+    std::ofstream(writing, std::ios::binary)
+        << "%!PS-Adobe-3.0\n%%Title: " << titleLine << "\n%%Pages: 1\n%%EndComments\n"
+        << "/Helvetica findfont 24 scalefont setfont\n72 720 moveto (page) show\nshowpage\n%%EOF\n";
+    ::chown(writing.c_str(), owner.uid(), owner.gid());
+    fs::rename(writing, machine + name);
+}
+
+TEST(plassist, users_whose_names_share_a_prefix_each_get_only_their_own_jobs_past_pipes_and_nul_titles) {
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "needs root to run assistants under accounts of their own";
+    Account one("user1"), ten("user10");
+    if (!one.ok() || !ten.ok())
+        GTEST_SKIP() << "could not make the accounts user1 and user10";
+    TempDir dir;
+    fs::permissions(dir.path(), fs::perms::all, fs::perm_options::replace);
+    const std::string machine = dir.folder() + "machine/";
+    fs::create_directories(machine);
+    fs::permissions(machine, fs::perms::all | fs::perms::sticky_bit, fs::perm_options::replace);
+    UserSession s1("user1", one, dir.folder(), machine), s10("user10", ten, dir.folder(), machine);
+    Process a1 = s1.start(), a10 = s10.start();
+    ASSERT_TRUE(a1.started() && a10.started());
+
+    const auto pdfs = [](const std::string& user) {
+        return std::set<std::string>{user + " first.pdf", user + " second.pdf", user + " third.pdf",
+                                     user + " fourth.pdf"};
+    };
+    for (const auto* s : {&s1, &s10}) {
+        const std::string user = s == &s1 ? "user1" : "user10";
+        deliver(machine, user + "-1.ps", user + " first", s->account());
+    }
+    for (const auto* s : {&s1, &s10}) {
+        const std::string user = s == &s1 ? "user1" : "user10";
+        ASSERT_TRUE(waitFor([&] { return s->desktop() == std::set<std::string>{user + " first.pdf"}; }, 120s))
+            << user << ": " << s->output();
+    }
+
+    // Ahead of each user's next jobs in name order: a pipe of the user's name, a job whose title
+    // holds a NUL, and one whose title holds an escaped NUL.
+    for (const auto* s : {&s1, &s10}) {
+        const std::string user = s == &s1 ? "user1" : "user10";
+        const std::string pipe = machine + user + "-2.ps";
+        ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+        ::chown(pipe.c_str(), s->account().uid(), s->account().gid());
+        deliver(machine, user + "-3.ps", user + " second" + std::string(1, '\0') + "ignored", s->account());
+        deliver(machine, user + "-4.ps", user + " third\\000ignored", s->account());
+    }
+    for (const auto* s : {&s1, &s10}) {
+        const std::string user = s == &s1 ? "user1" : "user10";
+        ASSERT_TRUE(waitFor([&] { return s->desktop().size() >= 3; }, 120s)) << user << ": " << s->output();
+    }
+    // One more each, still handled.
+    deliver(machine, "user1-5.ps", "user1 fourth", one);
+    deliver(machine, "user10-5.ps", "user10 fourth", ten);
+    for (const auto* s : {&s1, &s10}) {
+        const std::string user = s == &s1 ? "user1" : "user10";
+        EXPECT_TRUE(waitFor([&] { return s->desktop() == pdfs(user); }, 120s)) << user << ": " << s->output();
+    }
+    const auto left = [&] {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator(machine))
+            names.insert(entry.path().filename().string());
+        return names;
+    };
+    const std::set<std::string> pipes{"user1-2.ps", "user10-2.ps"};
+    EXPECT_TRUE(waitFor([&] { return left() == pipes; }, 30s)) << "only the pipes stay";
+
+    std::ofstream(machine + "plassistende.cmd") << "\n";
+    EXPECT_EQ(a1.waitForExit(15s), 0) << s1.output();
+    EXPECT_EQ(a10.waitForExit(15s), 0) << s10.output();
 }
 
 TEST(plassist, ends_with_the_companion_program_it_started) {

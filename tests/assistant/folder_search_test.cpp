@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <fstream>
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -30,11 +31,12 @@ struct Searching {
         fs::create_directories(folder);
     }
     // Asks twice: the remembered answer must equal a fresh one, and asking again must read nothing.
-    void expectFresh(const std::string& pattern, const std::string& what) {
-        const auto fresh = os->files().findFirst(folder, pattern);
-        EXPECT_EQ(search.firstMatch(folder, pattern), fresh ? fresh->name : "") << what;
+    void expectFresh(const std::string& pattern, const std::string& what,
+                     platform::Entries entries = platform::Entries::Files) {
+        const auto fresh = os->files().searchFirstOf(folder, pattern, entries).entry;
+        EXPECT_EQ(search.firstMatch(folder, pattern, entries), fresh ? fresh->name : "") << what;
         const auto scans = search.scans();
-        EXPECT_EQ(search.firstMatch(folder, pattern), fresh ? fresh->name : "") << what;
+        EXPECT_EQ(search.firstMatch(folder, pattern, entries), fresh ? fresh->name : "") << what;
         EXPECT_EQ(search.scans(), scans) << what << ": nothing changed, nothing read";
     }
 
@@ -126,6 +128,19 @@ TEST(folder_search, answers_like_a_fresh_search_after_every_kind_of_change) {
     EXPECT_EQ(s.search.scans(), beforeOverflow + 1);
     touch(s.folder + "carol1.ps");
     s.expectFresh("carol*.ps", "and then a match");
+
+    // Searches for the user's own plain files: a change of owner or kind counts as well.
+    constexpr auto own = platform::Entries::OwnRegularFiles;
+    touch(s.folder + "erin1.ps");
+    s.expectFresh("erin*.ps", "own file", own);
+    ASSERT_EQ(::mkfifo((s.folder + "erin0.ps").c_str(), 0600), 0);
+    s.expectFresh("erin*.ps", "a pipe before it", own);
+    if (::geteuid() != 0)
+        GTEST_SKIP() << "a change of owner needs root";
+    ASSERT_EQ(::chown((s.folder + "erin1.ps").c_str(), 65534, 65534), 0);
+    s.expectFresh("erin*.ps", "given away", own);
+    ASSERT_EQ(::chown((s.folder + "erin1.ps").c_str(), 0, 0), 0);
+    s.expectFresh("erin*.ps", "given back", own);
 }
 
 } // namespace

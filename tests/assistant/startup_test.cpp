@@ -164,6 +164,20 @@ TEST(startup, a_start_writes_the_log_header_and_settles_names_switches_and_clean
     EXPECT_TRUE(fs::exists(world.localAppData + "VirtualStore/Program Files"));
 }
 
+TEST(startup, a_defect_language_text_with_error_reports_off_leaves_the_watcher_armed) {
+    AssistantWorld world;
+    world.setMachine("DisableErr", "1");
+    world.setMachine("language", "3");
+    world.setMachine("LanFile", "defect.lan");
+    world.setMachine("plDir", world.root.folder());
+    world.root.write("defect.lan", "[plAssist.exe]\r\ntext_13:BOT\r\nnever ended\r\n");
+    Resident s(world, world.takenFolder);
+    s.form.Form_Load();
+    EXPECT_TRUE(s.form.timerEnabled());
+    EXPECT_FALSE(world.state.quitRequested);
+    EXPECT_TRUE(world.view.messages.empty());
+}
+
 TEST(startup, a_failing_start_is_announced_and_ends_the_assistant) {
     for (const bool companion : {true, false}) {
         AssistantWorld world;

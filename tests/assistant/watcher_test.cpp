@@ -7,8 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdio>
 #include <filesystem>
+#include <sys/stat.h>
 #include <thread>
+#include <unistd.h>
 
 namespace pl::test {
 namespace {
@@ -84,32 +87,48 @@ TEST_P(watcher, a_first_match_still_being_written_blocks_the_tick_even_when_comp
     world.setUser("TsName", "*");
     world.setUser("TsPath", world.tsFolder);
     start();
-    // Directory order is the file system's (on some, a hash of the name); build folders with
-    // varying names until one lists the "~" file first.
-    std::string folder, writing;
-    for (int attempt = 0; attempt < 200 && folder.empty(); ++attempt) {
-        const std::string candidate = world.root.folder() + "ts" + std::to_string(attempt) + "/";
-        const std::string n = std::to_string(attempt), tilde = "~bob" + n + ".ps";
-        fs::create_directories(candidate);
-        const std::vector<std::string> order =
-            attempt % 2 ? std::vector<std::string>{"carol" + n + ".ps", "dave" + n + ".ps", tilde}
-                        : std::vector<std::string>{tilde, "carol" + n + ".ps", "dave" + n + ".ps"};
-        for (const auto& name : order)
-            writeJob(candidate + name);
-        if (world.os->files().findFirst(candidate, "**.ps")->name == tilde)
-            folder = candidate, writing = tilde;
-    }
-    ASSERT_FALSE(folder.empty()) << "no folder listed the file first";
-    world.state.TsPath = folder;
-
+    // "~" lists after the letters, but before an umlaut.
+    writeJob(world.tsFolder + "~bob.ps");
+    writeJob(world.tsFolder + "\u00dcmit.ps");
     r->ticks(2);
     EXPECT_TRUE(r->host.taken.empty());
 
-    // The printer completes the job under its final name: now the folder's first job is handed over.
-    fs::rename(folder + writing, folder + writing.substr(1));
-    const std::string firstListed = world.os->files().findFirst(folder, "**.ps")->name;
+    // The printer completes the job under its final name: now it is the folder's first job.
+    fs::rename(world.tsFolder + "~bob.ps", world.tsFolder + "bob.ps");
     r->ticks(1);
-    EXPECT_EQ(r->host.taken, std::vector<std::string>{folder + firstListed}) << "one job per tick";
+    EXPECT_EQ(r->host.taken, std::vector<std::string>{world.tsFolder + "bob.ps"}) << "one job per tick";
+}
+
+TEST_P(watcher, jobs_are_handled_in_name_order_whatever_order_they_arrived_in) {
+    start();
+    std::vector<std::string> expected;
+    for (int n = 30; n >= 1; --n) {
+        char name[32];
+        std::snprintf(name, sizeof name, "%s_%03d.ps", n % 2 ? "ALICE" : "alice", n);
+        writeJob(world.machineFolder + name);
+        expected.insert(expected.begin(), world.machineFolder + name);
+    }
+    r->ticks(30);
+    EXPECT_EQ(r->host.taken, expected);
+}
+
+TEST_P(watcher, files_that_are_not_the_users_own_plain_files_are_never_seen) {
+    start();
+    ASSERT_EQ(::mkfifo((world.machineFolder + "alice_0.ps").c_str(), 0600), 0);
+    fs::create_directory(world.machineFolder + "alice_1.ps");
+    writeJob(world.root.folder() + "elsewhere.ps");
+    fs::create_symlink(world.root.folder() + "elsewhere.ps", world.machineFolder + "alice_2.ps");
+    const bool root = ::geteuid() == 0;
+    if (root) {
+        writeJob(world.machineFolder + "alice_3.ps");
+        ASSERT_EQ(::chown((world.machineFolder + "alice_3.ps").c_str(), 65534, 65534), 0);
+    }
+    writeJob(world.machineFolder + "alice_9.ps");
+    r->ticks(3);
+    EXPECT_EQ(r->host.taken, std::vector<std::string>{world.machineFolder + "alice_9.ps"});
+    EXPECT_TRUE(world.view.messages.empty());
+    if (!root)
+        GTEST_SKIP() << "a file of another owner needs root to be made";
 }
 
 TEST_P(watcher, the_end_marker_ends_the_assistant_only_in_lower_case) {

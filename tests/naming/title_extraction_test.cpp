@@ -93,13 +93,22 @@ TEST(title_extraction, finds_the_first_title_line_even_across_read_blocks) {
 }
 
 TEST(title_extraction, reads_huge_lines_without_line_breaks_in_bounded_memory) {
-    // 300 MiB of zero bytes that take no disk space: before the title line, and inside it (only its end is kept).
-    const std::string cases[][3] = {{"%!PS\n", "\n%%Title: After The Flood\n", "After The Flood"},
-                                    {"%%Title: A", "Tail\r\n%%EOF\n", std::string(167, '\0') + "Tail"}};
-    for (const auto& [prefix, suffix, expected] : cases) {
+    // 300 MiB of zeros that take no disk space before the title line and inside it (a NUL ends the
+    // title), and 32 MiB of letters inside it (only its end is kept).
+    const std::string cases[][4] = {{"%!PS\n", "\n%%Title: After The Flood\n", "After The Flood", ""},
+                                    {"%%Title: Head", "Tail\r\n%%EOF\n", "Head", ""},
+                                    {"%%Title: A", "Tail\r\n%%EOF\n", std::string(167, 'x') + "Tail", "x"}};
+    for (const auto& [prefix, suffix, expected, fill] : cases) {
         test::TempDir dir;
         const std::string path = dir.write("huge.ps", prefix);
-        std::filesystem::resize_file(path, prefix.size() + 300u * 1024 * 1024);
+        if (fill.empty()) {
+            std::filesystem::resize_file(path, prefix.size() + 300u * 1024 * 1024);
+        } else {
+            std::ofstream out(path, std::ios::binary | std::ios::app);
+            const std::string letters(1024 * 1024, fill[0]);
+            for (int i = 0; i < 32; ++i)
+                out << letters;
+        }
         std::ofstream(path, std::ios::binary | std::ios::app) << suffix;
         const long before = peakMemoryKiB();
         NamingState state;

@@ -5,6 +5,8 @@
 
 #include <filesystem>
 #include <set>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace fs = std::filesystem;
 using pl::platform::wildcardMatch;
@@ -21,31 +23,69 @@ std::vector<std::string> directoryOrder(const fs::path& folder) {
     return names;
 }
 
+std::vector<std::string> names(const std::vector<pl::platform::DirEntry>& entries) {
+    std::vector<std::string> out;
+    for (const auto& e : entries)
+        out.push_back(e.name);
+    return out;
+}
+
 } // namespace
 
-TEST(file_system, search_gives_matches_in_directory_order_ignoring_case) {
+TEST(file_system, search_lists_matches_in_ntfs_name_order_whatever_the_directory_order) {
     TempDir dir;
-    for (const char* name : {"smith1.ps", "SMITH2.PS", "jones.ps", "smith3.ps.sort", "Smith4.Ps", "~smith5.ps"})
+    // Created in reverse: a file system that keeps creation order would hand them out backwards.
+    for (const char* name : {"smith_9.ps", "Smith4.Ps", "smithB.ps", "SMITH2.PS", "smith10.ps", "smith1.ps", "jones.ps",
+                             "smith3.ps.sort", "~smith5.ps"})
         dir.write(name, "%!PS\n");
     fs::create_directory(dir.path() / "smith.ps");
-    const std::set<std::string> matching{"smith1.ps", "SMITH2.PS", "Smith4.Ps"};
-    std::vector<std::string> expected;
-    for (const auto& name : directoryOrder(dir.path()))
-        if (matching.count(name))
-            expected.push_back(name);
-
     PosixFileSystem files;
-    std::vector<std::string> found;
-    for (const auto& e : files.findAll(dir.folder(), "smith*.ps"))
-        found.push_back(e.name);
-    EXPECT_EQ(found, expected);
+    // Upper-cased code units compared: digits, then letters, then "_" (above "Z").
+    const std::vector<std::string> expected{"smith1.ps", "smith10.ps", "SMITH2.PS",
+                                            "Smith4.Ps", "smithB.ps",  "smith_9.ps"};
+    EXPECT_EQ(names(files.findAll(dir.folder(), "smith*.ps")), expected);
     const auto first = files.findFirst(dir.folder(), "SMITH*.PS");
     ASSERT_TRUE(first.has_value());
-    EXPECT_EQ(first->name, expected.front());
+    EXPECT_EQ(first->name, "smith1.ps");
     EXPECT_FALSE(first->isFolder);
     // Folders are found only when asked for.
     EXPECT_EQ(files.findAll(dir.folder(), "smith.ps", true).size(), 1u);
     EXPECT_FALSE(files.findFirst(dir.folder() + "missing/", "*").has_value());
+}
+
+TEST(file_system, own_file_searches_see_only_plain_files_of_this_user) {
+    using pl::platform::Entries;
+    TempDir dir;
+    dir.write("ann9.ps", "own job, last in name order");
+    ASSERT_EQ(::mkfifo((dir.folder() + "ann1.ps").c_str(), 0600), 0);
+    fs::create_symlink(dir.path() / "ann9.ps", dir.path() / "ann2.ps");
+    fs::create_directory(dir.path() / "ann3.ps");
+    const bool root = ::geteuid() == 0;
+    if (root) {
+        dir.write("ann0.ps", "planted by somebody else");
+        ASSERT_EQ(::chown((dir.folder() + "ann0.ps").c_str(), 65534, 65534), 0);
+    }
+    PosixFileSystem files;
+    EXPECT_EQ(files.searchFirstOf(dir.folder(), "ann*.ps", Entries::OwnRegularFiles).entry->name, "ann9.ps");
+    EXPECT_EQ(names(files.findAllOf(dir.folder(), "ann*.ps", Entries::OwnRegularFiles)),
+              std::vector<std::string>{"ann9.ps"});
+    const std::vector<std::string> regular =
+        root ? std::vector<std::string>{"ann0.ps", "ann9.ps"} : std::vector<std::string>{"ann9.ps"};
+    EXPECT_EQ(names(files.findAllOf(dir.folder(), "ann*.ps", Entries::RegularFiles)), regular);
+    // The plain search still lists every kind but folders.
+    EXPECT_EQ(files.findAll(dir.folder(), "ann*.ps").size(), root ? 4u : 3u);
+    if (!root)
+        GTEST_SKIP() << "files of another owner need root to be made";
+
+    // Taking over somebody else's file makes it this user's own.
+    fs::create_directory(dir.path() / "own");
+    ASSERT_TRUE(files.moveToOwn(dir.folder() + "ann0.ps", dir.folder() + "own/bob0.ps"));
+    EXPECT_FALSE(dir.exists("ann0.ps"));
+    EXPECT_EQ(dir.read("own/bob0.ps"), "planted by somebody else");
+    EXPECT_EQ(names(files.findAllOf(dir.folder() + "own/", "bob*.ps", Entries::OwnRegularFiles)),
+              std::vector<std::string>{"bob0.ps"});
+    EXPECT_FALSE(files.moveToOwn(dir.folder() + "ann1.ps", dir.folder() + "own/bob1.ps")) << "a pipe is no job";
+    EXPECT_FALSE(files.moveToOwn(dir.folder() + "ann2.ps", dir.folder() + "own/bob2.ps")) << "nor is a link";
 }
 
 TEST(file_system, resolve_case_finds_the_spelling_on_disk_and_prefers_the_exact_name) {

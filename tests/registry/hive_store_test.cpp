@@ -6,6 +6,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -50,6 +55,38 @@ TEST(hive_store, hive_that_does_not_parse_is_reported_and_never_overwritten) {
         reg.writeHive("HKEY_CURRENT_USER", Header + "[HKEY_CURRENT_USER\\Software\\tobrin\\PaperlarkXP]\n");
         EXPECT_EQ(r.SetRegValue(Key, "Style", "2"), "True");
         EXPECT_EQ(r.GetRegValue(Key, "Style"), "2");
+    }
+}
+
+TEST(hive_store, a_hive_that_is_no_plain_file_or_cannot_be_read_is_told_counts_as_empty_and_stays) {
+    struct Case {
+        const char* what;
+        std::function<void(const std::filesystem::path&)> make;
+    };
+    std::vector<Case> cases{
+        {"pipe", [](const std::filesystem::path& p) { ASSERT_EQ(::mkfifo(p.c_str(), 0644), 0); }},
+        {"folder", [](const std::filesystem::path& p) { std::filesystem::create_directory(p); }},
+    };
+    if (::geteuid() != 0) // root reads whatever the permissions say
+        cases.push_back({"unreadable", [](const std::filesystem::path& p) {
+                             std::ofstream(p) << Header;
+                             std::filesystem::permissions(p, std::filesystem::perms::none);
+                         }});
+    for (const auto& [what, make] : cases) {
+        TestRegistry reg;
+        const auto hive = reg.dir().path() / "HKEY_CURRENT_USER.reg";
+        make(hive);
+        const auto kind = std::filesystem::symlink_status(hive).type();
+        ::testing::internal::CaptureStderr();
+        Registry& r = reg.registry();
+        EXPECT_EQ(r.GetRegValue(Key, "Style"), "") << what;
+        EXPECT_EQ(r.SetRegValue(Key, "Style", "2"), "Create or Open Error") << what;
+        EXPECT_EQ(r.GetRegValue(Key, "Style"), "") << what;
+        const std::string told = ::testing::internal::GetCapturedStderr();
+        EXPECT_NE(told.find("HKEY_CURRENT_USER.reg: "), std::string::npos) << what << ": " << told;
+        EXPECT_EQ(std::count(told.begin(), told.end(), '\n'), 1) << what << ": said once: " << told;
+        EXPECT_EQ(std::filesystem::symlink_status(hive).type(), kind) << what << " was replaced";
+        EXPECT_EQ(r.SetRegValue("HKLM\\Software\\tobrin\\PaperlarkXP", "Style", "3"), "True") << what;
     }
 }
 

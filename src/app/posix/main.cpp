@@ -115,6 +115,8 @@ int main(int argc, char** argv) {
 
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, [&] {
+        // Finished converters are collected here, whether or not anybody asks about them.
+        os->processes().collectEnded();
         // The end may have been asked for since the last tick.
         if (!state.quitRequested && resident.timerEnabled())
             resident.Timer1_Timer();

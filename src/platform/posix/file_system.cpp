@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "platform/posix/posix_services.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <dirent.h>
@@ -68,6 +69,7 @@ public:
                 return entry->d_name;
         }
     }
+    int fd() const { return ::dirfd(dir_); }
     // Whether the entry last returned by next() is a folder (a link to a folder counts, as a
     // junction does on Windows).
     bool lastIsFolder() const {
@@ -123,7 +125,19 @@ struct SearchResult {
     bool complete = false; // the folder was opened and read without an error up to the answer
 };
 
-SearchResult search(std::string_view folder, std::string_view pattern, bool includeFolders, bool firstOnly) {
+// Whether the entry `name` of the open folder is of the kind `entries` asks for. A plain file is
+// looked at without following a link, so a link to somebody's file is no file of ours.
+bool isWanted(int folderFd, const char* name, Entries entries) {
+    struct stat st {};
+    if (::fstatat(folderFd, name, &st, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(st.st_mode))
+        return false;
+    return entries != Entries::OwnRegularFiles || st.st_uid == ::geteuid();
+}
+
+// Reads the whole folder: the first match in listing order may be the last one the file system
+// hands out.
+SearchResult search(std::string_view folder, std::string_view pattern, bool includeFolders, Entries entries,
+                    bool firstOnly) {
     SearchResult result;
     Directory dir(folder.empty() ? std::string() : resolvePathCase(folder));
     if (!dir.isOpen())
@@ -131,13 +145,23 @@ SearchResult search(std::string_view folder, std::string_view pattern, bool incl
     while (const char* name = dir.next()) {
         if (!wildcardMatch(pattern, name))
             continue;
-        const bool isFolder = dir.lastIsFolder();
-        if (isFolder && !includeFolders)
+        if (firstOnly && !result.found.empty() && !namesInListingOrder(name, result.found.front().name))
             continue;
-        result.found.push_back({name, isFolder});
+        bool isFolder = false;
+        if (entries == Entries::Files) {
+            isFolder = dir.lastIsFolder();
+            if (isFolder && !includeFolders)
+                continue;
+        } else if (!isWanted(dir.fd(), name, entries)) {
+            continue;
+        }
         if (firstOnly)
-            break;
+            result.found.assign(1, DirEntry{name, isFolder});
+        else
+            result.found.push_back({name, isFolder});
     }
+    std::sort(result.found.begin(), result.found.end(),
+              [](const DirEntry& a, const DirEntry& b) { return namesInListingOrder(a.name, b.name); });
     result.complete = !dir.failed();
     return result;
 }
@@ -249,19 +273,36 @@ std::optional<DirEntry> PosixFileSystem::findFirst(std::string_view folder, std:
     return searchFirst(folder, pattern, includeFolders).entry;
 }
 
-FileSystem::FirstMatch PosixFileSystem::searchFirst(std::string_view folder, std::string_view pattern,
-                                                    bool includeFolders) const {
-    auto result = search(folder, pattern, includeFolders, true);
-    FirstMatch match;
+namespace {
+
+FileSystem::FirstMatch firstOf(SearchResult result) {
+    FileSystem::FirstMatch match;
     match.complete = result.complete;
     if (!result.found.empty())
-        match.entry = result.found.front();
+        match.entry = std::move(result.found.front());
     return match;
+}
+
+} // namespace
+
+FileSystem::FirstMatch PosixFileSystem::searchFirst(std::string_view folder, std::string_view pattern,
+                                                    bool includeFolders) const {
+    return firstOf(search(folder, pattern, includeFolders, Entries::Files, true));
 }
 
 std::vector<DirEntry> PosixFileSystem::findAll(std::string_view folder, std::string_view pattern,
                                                bool includeFolders) const {
-    return search(folder, pattern, includeFolders, false).found;
+    return search(folder, pattern, includeFolders, Entries::Files, false).found;
+}
+
+FileSystem::FirstMatch PosixFileSystem::searchFirstOf(std::string_view folder, std::string_view pattern,
+                                                      Entries entries) const {
+    return firstOf(search(folder, pattern, false, entries, true));
+}
+
+std::vector<DirEntry> PosixFileSystem::findAllOf(std::string_view folder, std::string_view pattern,
+                                                 Entries entries) const {
+    return search(folder, pattern, false, entries, false).found;
 }
 
 std::string PosixFileSystem::resolveCase(std::string_view path) const {
@@ -313,6 +354,49 @@ bool PosixFileSystem::rename(std::string_view from, std::string_view to) {
     if (renameNoReplace(source, target) == 0)
         return true;
     return errno == EXDEV && moveAcrossFileSystems(source, target, sourceStat);
+}
+
+bool PosixFileSystem::moveToOwn(std::string_view from, std::string_view to) {
+    if (from.empty() || to.empty())
+        return false;
+    const std::string source = resolvePathCase(from);
+    struct stat st {};
+    if (!lstatOk(source, st) || !S_ISREG(st.st_mode))
+        return false;
+    if (st.st_uid == ::geteuid())
+        return rename(from, to);
+
+    const std::string target = resolveParent(to);
+    if (pathExists(resolvePathCase(target)))
+        return false;
+    // Opened without waiting and without following a link, and checked to be the file looked at.
+    const int in = ::open(source.c_str(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+    if (in < 0)
+        return false;
+    struct stat opened {};
+    if (::fstat(in, &opened) != 0 || !S_ISREG(opened.st_mode) || opened.st_ino != st.st_ino ||
+        opened.st_dev != st.st_dev) {
+        ::close(in);
+        return false;
+    }
+    const int out = ::open(target.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600);
+    if (out < 0) {
+        ::close(in);
+        return false;
+    }
+    bool ok = copyContents(in, out) && ::fsync(out) == 0;
+    ::close(in);
+    ok = ::close(out) == 0 && ok;
+    // Only whoever removes the original has moved it: among several takers the first one wins and
+    // the others withdraw their copies.
+    if (ok)
+        ok = ::unlink(source.c_str()) == 0;
+    if (!ok) {
+        ::unlink(target.c_str());
+        return false;
+    }
+    syncFolderOf(target);
+    return true;
 }
 
 bool PosixFileSystem::remove(std::string_view path) {

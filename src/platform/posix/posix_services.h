@@ -32,6 +32,9 @@ public:
     FirstMatch searchFirst(std::string_view folder, std::string_view pattern, bool includeFolders) const override;
     std::vector<DirEntry> findAll(std::string_view folder, std::string_view pattern,
                                   bool includeFolders = false) const override;
+    FirstMatch searchFirstOf(std::string_view folder, std::string_view pattern, Entries entries) const override;
+    std::vector<DirEntry> findAllOf(std::string_view folder, std::string_view pattern, Entries entries) const override;
+    bool moveToOwn(std::string_view from, std::string_view to) override;
     std::string resolveCase(std::string_view path) const override;
     bool exists(std::string_view path) const override;
     bool isFolder(std::string_view path) const override;
@@ -52,6 +55,7 @@ public:
     std::optional<ProcessId> start(std::string_view commandLine, WindowStyle style,
                                    std::string_view folder = {}) override;
     bool isRunning(ProcessId id) override;
+    void collectEnded() override;
     ProcessId currentId() const override;
     [[noreturn]] void exitCurrent(int exitCode) override;
 

@@ -156,6 +156,11 @@ bool PosixProcesses::isRunning(ProcessId id) {
     return ::kill(static_cast<pid_t>(id), 0) == 0 || errno == EPERM;
 }
 
+void PosixProcesses::collectEnded() {
+    std::lock_guard lock(mutex_);
+    reapFinishedChildren();
+}
+
 ProcessId PosixProcesses::currentId() const {
     return ::getpid();
 }

@@ -4,16 +4,23 @@
 // Writers never lose each other's changes and readers never see half a file: a change takes an
 // exclusive lock on "<hive>.lock", reads the file again when it changed since it was last read,
 // applies only its own change, writes a temporary file in the same folder, syncs it, renames it
-// over the hive and syncs the folder. A hive that does not parse is never overwritten: the change
-// fails and the file stays exactly as it is, so a typo made by hand costs nobody their settings.
+// over the hive and syncs the folder. A hive that does not parse, cannot be read or is no plain file
+// (a pipe would stop every reader) is never overwritten: it counts as empty, the change fails, the
+// file stays exactly as it is, and standard error says why, so a typo made by hand costs nobody
+// their settings and nothing hangs.
+//
+// A hive is held once in memory, as its tree: it is read and written in pieces, never copied whole.
 
 #include "platform/posix/registry/hive_tree.h"
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
+
+#include <sys/stat.h>
 
 namespace pl::platform::posix {
 
@@ -40,20 +47,40 @@ public:
     std::optional<std::string> problem() const;
 
 private:
+    // What identifies one version of the file's bytes.
+    struct Version {
+        std::uint64_t size = 0;
+        std::uint64_t hash = 0;
+        bool operator==(const Version&) const = default;
+    };
+
+    // The status of a file read well after its last change (see refresh).
+    struct Settled {
+        dev_t device;
+        ino_t inode;
+        off_t size;
+        std::int64_t modified, changed; // nanoseconds
+        bool matches(const struct stat& st) const;
+    };
+
     void refresh() const;
-    void load(std::string bytes) const;
+    void load(std::string_view bytes) const;
     void forget(std::optional<std::string> problem) const;
+    void complain() const;
     long replaceFile(const HiveKey& tree);
 
     RootKey root_;
     std::filesystem::path file_;
     mutable std::mutex mutex_;
-    // The hive as last read and the bytes it was read from. Every access reads the (small) file and
-    // parses it again only when the bytes differ: time stamps and inode numbers can miss a change
-    // made within the same clock tick, the bytes cannot.
+    // The hive as last read and the version of the bytes it was read from. An access reads the file
+    // again unless it has settled, and parses it again only when the bytes differ: time stamps and
+    // inode numbers can miss a change made within the same clock tick, the bytes cannot.
     mutable HiveKey tree_;
-    mutable std::optional<std::string> bytes_;
+    mutable std::optional<Version> version_;
+    // Set while the file is known not to have changed since it was read, so it need not be read again.
+    mutable std::optional<Settled> settled_;
     mutable std::optional<std::string> problem_;
+    mutable std::string complained_; // the problem last told on standard error
 };
 
 } // namespace pl::platform::posix

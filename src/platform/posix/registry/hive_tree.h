@@ -5,8 +5,10 @@
 #include "platform/posix/registry/regedit_format.h"
 #include "platform/registry_backend.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace pl::platform::posix {
@@ -46,6 +48,28 @@ long deleteKey(HiveKey& root, std::string_view path, bool& changed);
 // The hive of `rootKey` as a file holds it: every key in its own section, parents before children,
 // the root's section only when it has values.
 RegFile toRegFile(const HiveKey& root, RootKey rootKey);
+// Calls `visit` with each section that toRegFile would give, one at a time.
+void forEachSection(const HiveKey& root, RootKey rootKey, const std::function<void(const RegFileKey&)>& visit);
+// Applies parsed sections one after the other as an import does, in time proportional to their
+// size however many keys and values a hive holds: it remembers where each key's sub-keys are, by
+// name, for as long as it lives (nothing else may change the tree meanwhile).
+class HiveLoader {
+public:
+    HiveLoader(HiveKey& root, RootKey rootKey);
+    // Takes the section's data; false for a section of another root or a key path the hive cannot
+    // hold.
+    bool apply(RegFileKey& section);
+
+private:
+    HiveKey* obtain(std::string_view path);
+    static void takeNewValues(HiveKey& key, std::vector<RegFileValue>& values);
+    static void mergeValues(HiveKey& key, std::vector<RegFileValue>& values);
+
+    HiveKey& root_;
+    RootKey rootKey_;
+    // For each key reached so far (by its lower-case path), its sub-keys' positions by lower-case name.
+    std::unordered_map<std::string, std::unordered_map<std::string, std::size_t>> children_;
+};
 // Applies a parsed file to the hive as an import does ([-key] removes the whole branch). A section
 // of another root is refused: the result is that section, and the hive is left half applied.
 const RegFileKey* applyRegFile(HiveKey& root, RootKey rootKey, const RegFile& file);

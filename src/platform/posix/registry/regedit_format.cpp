@@ -3,6 +3,7 @@
 #include "base/text.h"
 
 #include <array>
+#include <functional>
 
 namespace pl::platform::posix {
 
@@ -71,19 +72,59 @@ std::vector<std::uint8_t> utf8ToUtf16le(std::string_view utf8) {
     return out;
 }
 
+// Whether `bytes` is valid UTF-8 already (the usual case), so that it needs no copy: every sequence
+// one that text::decode takes as a whole character (the same rules: no overlong forms, no
+// surrogates, nothing above U+10FFFF).
+bool isValidUtf8(std::string_view bytes) {
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto b0 = static_cast<unsigned char>(bytes[i]);
+        if (b0 < 0x80) {
+            ++i;
+            continue;
+        }
+        std::size_t length = 0;
+        char32_t cp = 0, min = 0;
+        if ((b0 & 0xE0) == 0xC0)
+            length = 2, cp = b0 & 0x1F, min = 0x80;
+        else if ((b0 & 0xF0) == 0xE0)
+            length = 3, cp = b0 & 0x0F, min = 0x800;
+        else if ((b0 & 0xF8) == 0xF0)
+            length = 4, cp = b0 & 0x07, min = 0x10000;
+        else
+            return false;
+        if (i + length > bytes.size())
+            return false;
+        for (std::size_t k = 1; k < length; ++k) {
+            const auto b = static_cast<unsigned char>(bytes[i + k]);
+            if ((b & 0xC0) != 0x80)
+                return false;
+            cp = (cp << 6) | (b & 0x3F);
+        }
+        if (cp < min || cp > 0x10FFFF || (cp >= 0xD800 && cp <= 0xDFFF))
+            return false;
+        i += length;
+    }
+    return true;
+}
+
 // Valid UTF-8 from any bytes: a byte that does not start a valid sequence is the character of its code.
 std::string normalized(std::string_view bytes) {
+    if (isValidUtf8(bytes))
+        return std::string(bytes);
     return text::encode(text::decode(bytes));
 }
 
-// The whole file as UTF-8 text, whatever encoding it came in.
-std::string fileText(std::string_view bytes) {
+// The whole file as UTF-8 text, whatever encoding it came in: a view of `bytes` when they are
+// UTF-8 already, else a converted copy kept in `converted`.
+std::string_view fileText(std::string_view bytes, std::string& converted) {
     if (bytes.size() >= 2 && static_cast<unsigned char>(bytes[0]) == 0xFF &&
         static_cast<unsigned char>(bytes[1]) == 0xFE)
-        return utf16leToUtf8(bytes.substr(2));
+        return converted = utf16leToUtf8(bytes.substr(2));
     if (bytes.starts_with("\xEF\xBB\xBF"))
         bytes.remove_prefix(3);
-    return normalized(bytes);
+    if (isValidUtf8(bytes))
+        return bytes;
+    return converted = text::encode(text::decode(bytes));
 }
 
 // ---- parsing ------------------------------------------------------------------------------------
@@ -104,20 +145,34 @@ std::string_view trimRight(std::string_view s) {
     return s;
 }
 
-std::vector<std::string_view> splitLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        std::string_view line = text.substr(0, end);
+// The lines of a text, one at a time (a hive may be large; no list of them is made).
+class Lines {
+public:
+    explicit Lines(std::string_view text) : rest_(text) {}
+    bool atEnd() const { return done_; }
+    // The next line without its line end; false after the last one.
+    bool next(std::string_view& line) {
+        if (done_)
+            return false;
+        const std::size_t end = rest_.find('\n');
+        line = rest_.substr(0, end);
         if (line.ends_with('\r'))
             line.remove_suffix(1);
-        lines.push_back(line);
-        if (end == std::string_view::npos)
-            break;
-        text.remove_prefix(end + 1);
+        if (end == std::string_view::npos || end + 1 == rest_.size())
+            done_ = true;
+        else
+            rest_.remove_prefix(end + 1);
+        ++number_;
+        return true;
     }
-    return lines;
-}
+    // 1-based number of the line last returned.
+    std::size_t number() const { return number_; }
+
+private:
+    std::string_view rest_;
+    std::size_t number_ = 0;
+    bool done_ = false;
+};
 
 int hexDigit(char c) {
     if (c >= '0' && c <= '9')
@@ -149,42 +204,48 @@ struct ParseFailure {
 
 class Parser {
 public:
-    explicit Parser(std::string_view text) : lines_(splitLines(text)) {}
+    explicit Parser(std::string_view text) : lines_(text) {}
 
-    RegFileParse run() {
-        RegFileParse result;
+    // Hands each section to `visit` as soon as it is complete; false stops the parse there.
+    std::optional<RegFileError> run(const std::function<bool(RegFileKey&)>& visit) {
         try {
-            RegFile file;
+            std::optional<RegFileKey> section;
             readHeader();
-            for (; next_ < lines_.size();) {
-                const std::string_view line = trimLeft(lines_[next_++]);
-                lineNo_ = next_;
+            std::string_view raw;
+            while (lines_.next(raw)) {
+                const std::string_view line = trimLeft(raw);
                 if (trimRight(line).empty() || line.front() == ';')
                     continue;
-                if (line.front() == '[')
-                    file.keys.push_back(parseKeyLine(trimRight(line)));
-                else if (line.front() == '"' || line.front() == '@') {
-                    if (file.keys.empty())
+                if (line.front() == '[') {
+                    if (section && !visit(*section))
+                        return std::nullopt;
+                    section = parseKeyLine(trimRight(line));
+                } else if (line.front() == '"' || line.front() == '@') {
+                    if (!section)
                         throw ParseFailure{"value line before the first [key] line"};
-                    file.keys.back().values.push_back(parseValueLine(line));
+                    section->values.push_back(parseValueLine(line));
                 } else
                     throw ParseFailure{"neither a [key] line, a value line nor a ; comment"};
             }
-            result.file = std::move(file);
+            if (section)
+                visit(*section);
         } catch (const ParseFailure& failure) {
-            result.error = {lineNo_, failure.message};
+            return RegFileError{lines_.number(), failure.message};
         }
-        return result;
+        return std::nullopt;
     }
 
 private:
     void readHeader() {
-        while (next_ < lines_.size() && trimRight(trimLeft(lines_[next_])).empty())
-            ++next_;
-        if (next_ == lines_.size())
+        std::string_view line;
+        std::string_view header;
+        while (lines_.next(line)) {
+            header = trimRight(trimLeft(line));
+            if (!header.empty())
+                break;
+        }
+        if (header.empty())
             return; // an empty file is an empty registry file
-        lineNo_ = next_ + 1;
-        const std::string_view header = trimRight(trimLeft(lines_[next_++]));
         if (header == Version4Header)
             version4_ = true;
         else if (header != Version5Header)
@@ -196,7 +257,7 @@ private:
             throw ParseFailure{"a [key] line must end with ]"};
         std::string_view path = line.substr(1, line.size() - 2);
         RegFileKey key;
-        key.line = lineNo_;
+        key.line = lines_.number();
         if (path.starts_with('-')) {
             key.remove = true;
             path.remove_prefix(1);
@@ -252,6 +313,7 @@ private:
             if (!trimRight(rest.substr(at)).empty())
                 throw ParseFailure{"unexpected text after the closing \""};
             value.type = regtype::Sz;
+            value.data.reserve(data.size() + 1); // exactly: a large hive holds many of these
             value.data.assign(data.begin(), data.end());
             value.data.push_back(0);
         } else if (text::istartsWith(rest, "dword:")) {
@@ -281,12 +343,12 @@ private:
             throw ParseFailure{": expected after hex"};
         // Long data continues on the next lines, each line but the last ending in "\".
         std::string list(trimRight(rest.substr(1)));
+        std::string_view more;
         while (list.ends_with('\\')) {
             list.pop_back();
-            if (next_ == lines_.size())
+            if (!lines_.next(more))
                 break;
-            list += trimRight(trimLeft(lines_[next_++]));
-            lineNo_ = next_;
+            list += trimRight(trimLeft(more));
         }
         std::string bytes;
         std::string_view items = list;
@@ -306,9 +368,7 @@ private:
         value.data.assign(bytes.begin(), bytes.end());
     }
 
-    std::vector<std::string_view> lines_;
-    std::size_t next_ = 0;   // index of the next line to read
-    std::size_t lineNo_ = 0; // 1-based number of the line being parsed
+    Lines lines_;
     bool version4_ = false;
 };
 
@@ -393,24 +453,45 @@ void writeValue(std::string& out, const RegFileValue& value) {
 } // namespace
 
 RegFileParse parseRegFile(std::string_view bytes) {
-    return Parser(fileText(bytes)).run();
+    RegFileParse result;
+    RegFile file;
+    if (auto error = parseRegFileSections(bytes, [&](RegFileKey& key) {
+            file.keys.push_back(std::move(key));
+            return true;
+        }))
+        result.error = std::move(*error);
+    else
+        result.file = std::move(file);
+    return result;
+}
+
+std::optional<RegFileError> parseRegFileSections(std::string_view bytes,
+                                                 const std::function<bool(RegFileKey&)>& visit) {
+    std::string converted;
+    return Parser(fileText(bytes, converted)).run(visit);
+}
+
+std::string regFileHeader() {
+    return std::string(Version5Header) + "\n\n";
+}
+
+void writeRegFileSection(std::string& out, const RegFileKey& key) {
+    out += key.remove ? "[-" : "[";
+    out += normalized(rootLongName(key.root));
+    if (!key.subKey.empty()) {
+        out += '\\';
+        out += normalized(key.subKey);
+    }
+    out += "]\n";
+    for (const RegFileValue& value : key.values)
+        writeValue(out, value);
+    out += '\n';
 }
 
 std::string writeRegFile(const RegFile& file) {
-    std::string out(Version5Header);
-    out += "\n\n";
-    for (const RegFileKey& key : file.keys) {
-        out += key.remove ? "[-" : "[";
-        out += normalized(rootLongName(key.root));
-        if (!key.subKey.empty()) {
-            out += '\\';
-            out += normalized(key.subKey);
-        }
-        out += "]\n";
-        for (const RegFileValue& value : key.values)
-            writeValue(out, value);
-        out += '\n';
-    }
+    std::string out = regFileHeader();
+    for (const RegFileKey& key : file.keys)
+        writeRegFileSection(out, key);
     return out;
 }
 

@@ -14,6 +14,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -61,10 +62,17 @@ struct RegFileParse {
 };
 
 RegFileParse parseRegFile(std::string_view bytes);
+// The same parse, handing each section to `visit` as soon as it is complete instead of keeping
+// them all (a large hive is then never held twice); `visit` may take the section's contents and
+// returns false to stop. The error, when the text does not parse; sections before it were visited.
+std::optional<RegFileError> parseRegFileSections(std::string_view bytes, const std::function<bool(RegFileKey&)>& visit);
 
 // The version 5 text of `file`. Names must be writable (see below); sections and values are written
 // in their order, so parsing the result gives `file` back.
 std::string writeRegFile(const RegFile& file);
+// The same text in pieces: the header, then each section appended to `out`.
+std::string regFileHeader();
+void writeRegFileSection(std::string& out, const RegFileKey& key);
 
 // A value name that a registry file can hold: no line break in it.
 bool isWritableName(std::string_view name);
