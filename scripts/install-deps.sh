@@ -12,6 +12,7 @@ packages=(
     qt6-base-dev qt6-base-dev-tools       # the Linux desktop front-end
     fonts-dejavu-core                     # a font for the dialogs, also on machines without a desktop
     xdg-utils xvfb
+    libxml2-utils nsis                    # the Windows policy templates' check, the Windows installer
 )
 
 missing=()
