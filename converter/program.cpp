@@ -5,6 +5,7 @@
 #include "base/message_box.h"
 #include "converter/conversion.h"
 #include "converter/desktop.h"
+#include "converter/installed_ghostscript.h"
 #include "converter/reporter.h"
 #include "converter/settings.h"
 #include "converter/user_interface.h"
@@ -63,7 +64,8 @@ int converterMain(const std::vector<std::string>& args) {
         return 1;
     }
     platform::Registry registry(os->registry());
-    const Settings settings = readSettings(&registry, os->environment(), os->files(), PAPERLARK_GHOSTSCRIPT);
+    const Settings settings = readSettings(&registry, os->environment(), os->files(),
+                                           installedGhostscript(os->environment(), os->files()));
 
     const auto ui = makeUserInterface(os->environment());
     StandardErrorSink errorSink;

@@ -120,10 +120,9 @@ done < <(grep -oP 'userThenMachine\([^;]*?,\s*"\w+"\s*\)' <<<"$code" | sed -E 's
 ((${#code_pairs[@]} > 20)) || fail "found only ${#code_pairs[@]} registry reads in the sources; the search is broken"
 
 has() { # has PAIR LIST...: case-blind, as registry names are
-    local wanted
-    wanted=$(lower <<<"$1")
+    local wanted=${1,,} item
     shift
-    for item in "$@"; do [ "$(lower <<<"$item")" = "$wanted" ] && return 0; done
+    for item in "$@"; do [ "${item,,}" = "$wanted" ] && return 0; done
     return 1
 }
 code_names=$(printf '%s\n' "${code_pairs[@]}" | cut -d' ' -f2 | lower | sort -u)
@@ -135,7 +134,8 @@ for pair in "${template_pairs[@]}"; do
         fail "the templates set $pair, which the code never reads there"
 done
 for pair in "${code_pairs[@]}"; do
-    name=$(lower <<<"${pair#* }")
+    name=${pair#* }
+    name=${name,,}
     grep -qxF "$name" <<<"$excluded" && continue
     grep -qxF "$name" <<<"$template_names" || { fail "the code reads ${pair#* }, which no template sets"; continue; }
     case "$pair" in
