@@ -62,6 +62,53 @@ void setUserValue(const wchar_t* key, const wchar_t* name, const std::wstring& v
               ERROR_SUCCESS);
 }
 
+std::wstring classOfPdf() {
+    wchar_t name[256] = {};
+    DWORD size = sizeof name;
+    if (RegGetValueW(HKEY_CLASSES_ROOT, L".pdf", nullptr, RRF_RT_REG_SZ, nullptr, name, &size) != ERROR_SUCCESS)
+        return {};
+    return name;
+}
+
+// A document type of the test's own as the handler of ".pdf", registered for the user as Windows
+// has it. Wine's merged view of the classes does not let the user's entry win over the machine's,
+// so there the machine's entry is pointed at it too, and put back afterwards.
+class PdfHandler {
+public:
+    explicit PdfHandler(const std::wstring& command) {
+        setUserValue(kCommandKey, nullptr, command);
+        setUserValue(L"Software\\Classes\\.pdf", nullptr, kClass);
+        if (classOfPdf() != kClass) {
+            machineClass_ = classOfPdf();
+            RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.pdf", nullptr, REG_SZ, kClass,
+                            static_cast<DWORD>((wcslen(kClass) + 1) * sizeof(wchar_t)));
+            RegSetKeyValueW(HKEY_LOCAL_MACHINE, kCommandKey, nullptr, REG_SZ, command.c_str(),
+                            static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
+            changedMachine_ = true;
+        }
+    }
+    ~PdfHandler() {
+        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\PaperlarkTest.Document");
+        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\.pdf");
+        if (changedMachine_) {
+            RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\PaperlarkTest.Document");
+            if (machineClass_.empty())
+                RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.pdf");
+            else
+                RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.pdf", nullptr, REG_SZ,
+                                machineClass_.c_str(), static_cast<DWORD>((machineClass_.size() + 1) * sizeof(wchar_t)));
+        }
+    }
+    PdfHandler(const PdfHandler&) = delete;
+    PdfHandler& operator=(const PdfHandler&) = delete;
+
+private:
+    static constexpr const wchar_t* kClass = L"PaperlarkTest.Document";
+    static constexpr const wchar_t* kCommandKey = L"Software\\Classes\\PaperlarkTest.Document\\shell\\open\\command";
+    std::wstring machineClass_;
+    bool changedMachine_ = false;
+};
+
 class ConverterWin32 : public ::testing::Test {
 protected:
     fs::path folder;
@@ -171,8 +218,8 @@ TEST_F(ConverterWin32, ghostscript_named_by_gswin32c_gets_the_job_and_never_a_pa
     EXPECT_EQ(words[4], "-sDEVICE=pdfwrite");
     EXPECT_EQ(words[5], "-dPDFSETTINGS=/prepress"); // -dNOSAFER is not the profile's to give
     ASSERT_EQ(words[6].substr(0, 1), "@");
-    EXPECT_EQ(words[7], "@: -sOwnerPassword=Besitz9 ");
-    EXPECT_EQ(words[8], "@: -sUserPassword=Lese7 ");
+    EXPECT_EQ(words[7], "@: \"-sOwnerPassword=Besitz9\" ");
+    EXPECT_EQ(words[8], "@: \"-sUserPassword=Lese7\" ");
     EXPECT_EQ(words[9], "@: -dEncryptionR=3 ");
     EXPECT_EQ(words[10], "@: -dKeyLength=128 ");
     const std::string outputWord = "-sOutputFile=" + utf8(folder / "out") + "\\~paperlark-";
@@ -228,9 +275,7 @@ TEST_F(ConverterWin32, time_limit_ends_ghostscript_and_the_program_it_started) {
 }
 
 TEST_F(ConverterWin32, open_hands_the_result_to_the_registered_pdf_handler) {
-    const wchar_t* type = L"Software\\Classes\\PaperlarkTest.Document\\shell\\open\\command";
-    setUserValue(L"Software\\Classes\\.pdf", nullptr, L"PaperlarkTest.Document");
-    setUserValue(type, nullptr, L"\"" + standIn.wstring() + L"\" --opened \"%1\"");
+    PdfHandler handler(L"\"" + standIn.wstring() + L"\" --opened \"%1\"");
     const fs::path first = job("job.ps");
     const fs::path output = folder / "out" / "result.pdf";
 
@@ -241,8 +286,6 @@ TEST_F(ConverterWin32, open_hands_the_result_to_the_registered_pdf_handler) {
     for (int i = 0; i < 100 && !fs::exists(opened); ++i)
         std::this_thread::sleep_for(100ms);
     EXPECT_EQ(readFile(opened), utf8(output));
-    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\PaperlarkTest.Document");
-    RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\.pdf");
 }
 
 } // namespace
