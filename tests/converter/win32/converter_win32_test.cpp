@@ -288,4 +288,33 @@ TEST_F(ConverterWin32, open_hands_the_result_to_the_registered_pdf_handler) {
     EXPECT_EQ(readFile(opened), utf8(output));
 }
 
+TEST_F(ConverterWin32, without_gswin32c_the_newest_registered_ghostscript_runs) {
+    RegDeleteKeyValueW(HKEY_CURRENT_USER, kSuiteKey, L"gswin32c");
+    const wchar_t* product = L"SOFTWARE\\GPL Ghostscript";
+    std::vector<std::wstring> registered;
+    for (const wchar_t* version : {L"9.56.1", L"10.02.1", L"10.0"}) {
+        const fs::path bin = folder / (L"gs" + std::wstring(version)) / "bin";
+        fs::create_directories(bin);
+        fs::copy_file(standIn, bin / "gswin64c.exe");
+        const std::wstring library = (bin / "gsdll64.dll").wstring();
+        const std::wstring key = std::wstring(product) + L"\\" + version;
+        ASSERT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, key.c_str(), L"GS_DLL", REG_SZ, library.c_str(),
+                                  static_cast<DWORD>((library.size() + 1) * sizeof(wchar_t))),
+                  ERROR_SUCCESS);
+        registered.push_back(key);
+    }
+    const fs::path first = job("job.ps");
+
+    const auto code = convert({L"/3", L"save", L"", (folder / "out" / "result.pdf").wstring(), first.wstring()});
+
+    for (const auto& key : registered)
+        RegDeleteTreeW(HKEY_LOCAL_MACHINE, key.c_str());
+    RegDeleteKeyW(HKEY_LOCAL_MACHINE, product);
+    EXPECT_EQ(code, 0u);
+    const std::vector<std::string> words = lines(readFile(record));
+    ASSERT_FALSE(words.empty());
+    EXPECT_EQ(words[0], utf8(folder / "gs10.02.1" / "bin" / "gswin64c.exe"));
+    EXPECT_TRUE(fs::exists(first)) << "kept without delps";
+}
+
 } // namespace
