@@ -122,8 +122,9 @@ FunctionEnd
 ; --- running assistants -----------------------------------------------------------------------------
 
 ; Every running assistant ends when the end marker appears in the machine spool folder (each looks
-; once a second). A running program's file cannot be opened for writing, so the marker stays until
-; plAssist.exe can be, or 20 seconds have passed; then it is removed, or no assistant would start again.
+; once a second). A running program's file cannot be opened for writing, so the marker stays for at
+; least three seconds and until plAssist.exe can be opened, at most 20 seconds; then it is removed,
+; or no assistant would start again.
 !macro StopAssistants UN
 Function ${UN}StopAssistants
   ReadRegStr $0 HKLM "${KEY}" "psdir"
@@ -142,7 +143,7 @@ Function ${UN}StopAssistants
     FileOpen $1 "$INSTDIR\plAssist.exe" a
     ${IfNot} ${Errors}
       FileClose $1
-      ${IfThen} $2 >= 3 ${|} ${Break} ${|}
+      ${IfThen} $2 >= 6 ${|} ${Break} ${|}
     ${EndIf}
   ${LoopUntil} $2 >= 40
   Delete "$0${ENDMARKER}"
