@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # plsetup.exe under Wine: a silent install puts the programs, the profiles, the templates and the
-# registry values in place and creates the machine spool folder; an end marker does not survive
-# it; a second install (an upgrade) keeps an administrator's spool folder; the uninstaller removes
-# all it installed and keeps a job that is still waiting in the spool folder.
+# registry values in place and creates the machine spool folder; an upgrade stops a running
+# assistant with the end marker, which does not survive it, and keeps an administrator's spool
+# folder; the uninstaller removes all it installed and keeps a job that is still waiting there.
 #
 # usage: installer_test.sh PLSETUP_EXE        (WINEPREFIX and friends as scripts/windows-tests.sh sets them)
 set -uo pipefail
@@ -52,11 +52,21 @@ expect_value "$key" gswin32c 'C:\Ghostscript\bin\gswin64c.exe'
 expect_value "$run" plAssist '"C:\Program Files\Paperlark_XP\plAssist.exe"'
 [ -e "$spool/plassistende.cmd" ] && fail "the end marker was left in the spool folder"
 
-# An upgrade keeps the spool folder an administrator chose, and what a user left in it.
+# An upgrade stops the running assistant, and keeps the spool folder an administrator chose and
+# what a user left in it.
 mkdir -p "$drive/Spool"
 wine reg add "$key" /v psdir /d 'C:\Spool\' /f >/dev/null 2>&1
 echo "%!PS" >"$drive/Spool/alice-waiting.ps"
+wine 'C:\Program Files\Paperlark_XP\plAssist.exe' >/dev/null 2>&1 &
+assistant=$!
+sleep 3 # its start-up, up to the first look into the spool folder
+kill -0 "$assistant" 2>/dev/null || fail "the assistant did not start"
 wine "$host_setup" /S || fail "the second install failed"
+for _ in $(seq 50); do kill -0 "$assistant" 2>/dev/null || break; sleep 0.1; done
+if kill -0 "$assistant" 2>/dev/null; then
+    fail "the upgrade did not stop the running assistant"
+    kill "$assistant"
+fi
 expect_value "$key" psdir 'C:\Spool\'
 expect_value "$key" gswin32c 'C:\Ghostscript\bin\gswin64c.exe'
 [ -e "$drive/Spool/plassistende.cmd" ] && fail "the end marker was left after the upgrade"
