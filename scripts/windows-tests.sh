@@ -21,8 +21,20 @@ export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d;winemenubuilder.exe=d"
 export WINEARCH=win64
 
+# Windows need a display (the converter's dialogs, plAssist.exe); an X server of our own when
+# there is none.
+xvfb=""
+if [ -z "${DISPLAY:-}" ]; then
+    display=:$((90 + RANDOM % 9))
+    Xvfb "$display" -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
+    xvfb=$!
+    export DISPLAY=$display
+fi
+
+# Wine's server goes first: a program whose display goes away dies.
 cleanup() {
     wineserver -k 2>/dev/null || true
+    [ -z "$xvfb" ] || kill "$xvfb" 2>/dev/null || true
 }
 trap cleanup EXIT
 rm -rf "$WINEPREFIX"
