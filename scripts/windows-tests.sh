@@ -41,5 +41,8 @@ rm -rf "$WINEPREFIX"
 mkdir -p "$WINEPREFIX"
 wineserver -p
 wineboot -i >/dev/null 2>&1
+# Wine's desktop process starts with the first program that uses the display and would keep that
+# test's output open for as long as it runs (CTest then waits for it): start it here, outside the tests.
+wine rundll32.exe user32.dll,GetDesktopWindow >/dev/null 2>&1 || true
 
 ctest --test-dir "$build" --output-on-failure -j "$jobs" "$@"

@@ -13,12 +13,25 @@
 
 namespace {
 
-HWND waitForDialog() {
+// The dialog that `thread` shows, once it has set itself up (a dialog is shown only then). Other
+// programs' dialogs of the same title do not count: tests run side by side.
+HWND waitForDialog(DWORD thread) {
     for (int i = 0; i < 200; ++i) {
-        // Shown only once it has set itself up.
-        HWND dialog = FindWindowW(reinterpret_cast<LPCWSTR>(static_cast<ULONG_PTR>(32770)), L"Paperlark");
-        if (dialog && IsWindowVisible(dialog))
-            return dialog;
+        HWND found = nullptr;
+        EnumThreadWindows(
+            thread,
+            [](HWND window, LPARAM result) {
+                wchar_t title[64] = {};
+                GetWindowTextW(window, title, 64);
+                if (IsWindowVisible(window) && std::wstring(title) == L"Paperlark") {
+                    *reinterpret_cast<HWND*>(result) = window;
+                    return FALSE;
+                }
+                return TRUE;
+            },
+            reinterpret_cast<LPARAM>(&found));
+        if (found)
+            return found;
         Sleep(25);
     }
     return nullptr;
@@ -55,8 +68,9 @@ struct Typing {
 TEST(password_dialog, gives_the_password_only_when_typed_the_same_twice) {
     std::wstring intro;
     std::vector<bool> enabled;
+    const DWORD self = GetCurrentThreadId();
     std::thread person([&] {
-        const HWND dialog = waitForDialog();
+        const HWND dialog = waitForDialog(self);
         ASSERT_NE(dialog, nullptr);
         for (HWND child = GetWindow(dialog, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
             if (textOf(child).find(L"Lock PDF") == 0)
@@ -84,8 +98,9 @@ TEST(password_dialog, gives_the_password_only_when_typed_the_same_twice) {
 }
 
 TEST(password_dialog, cancel_gives_no_password) {
-    std::thread person([] {
-        const HWND dialog = waitForDialog();
+    const DWORD self = GetCurrentThreadId();
+    std::thread person([self] {
+        const HWND dialog = waitForDialog(self);
         ASSERT_NE(dialog, nullptr);
         type(GetDlgItem(dialog, 100), L"secret");
         type(GetDlgItem(dialog, 101), L"secret");
