@@ -1,5 +1,7 @@
 #include "gui_session.h"
 
+#include <shlobj.h>
+
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
@@ -12,7 +14,6 @@ namespace pl::test::gui {
 namespace {
 
 constexpr const char* SuiteKey = "Software\\tobrin\\PaperlarkXP";
-constexpr const char* ShellFolders = "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
 
 // The build names its programs by their host paths; inside Wine the host's root is drive Z.
 std::string wine(std::string path) {
@@ -29,14 +30,6 @@ std::string env(const char* name) {
     char value[1024] = {};
     const DWORD n = GetEnvironmentVariableA(name, value, sizeof value);
     return n > 0 && n < sizeof value ? std::string(value, n) : std::string();
-}
-
-std::optional<std::string> regRead(HKEY root, const char* key, const char* name) {
-    char value[2048] = {};
-    DWORD size = sizeof value;
-    if (RegGetValueA(root, key, name, RRF_RT_REG_SZ, nullptr, value, &size) != ERROR_SUCCESS)
-        return std::nullopt;
-    return std::string(value);
 }
 
 void regWrite(HKEY root, const char* key, const char* name, const std::string& value) {
@@ -185,8 +178,10 @@ Session::Session() {
     suite_ = root_ + "suite\\";
     spool_ = root_ + "spool\\";
     userSpool_ = root_ + "user\\";
-    desktop_ = root_ + "desktop";
-    for (const auto& folder : {root_, suite_, spool_, userSpool_, desktop_})
+    char desktop[MAX_PATH] = {};
+    SHGetFolderPathA(nullptr, CSIDL_DESKTOPDIRECTORY, nullptr, 0, desktop);
+    desktop_ = desktop;
+    for (const auto& folder : {root_, suite_, spool_, userSpool_})
         CreateDirectoryA(folder.c_str(), nullptr);
     CopyFileA(wine(RECORDING_CONVERTER).c_str(), (suite_ + "Paperlark.exe").c_str(), FALSE);
     writeFile(suite_ + "Standard.plp", "-sDEVICE=pdfwrite\r\n");
@@ -199,16 +194,13 @@ Session::Session() {
     setValue(true, "plDir", suite_);
     setValue(false, "psdir", userSpool_);
     setValue(false, "OpenPdf", "0");
-    setValue(false, "Debug", "1"); // the log on the sandbox desktop tells what happened
-    oldDesktop_ = regRead(HKEY_CURRENT_USER, ShellFolders, "Desktop").value_or("");
-    regWrite(HKEY_CURRENT_USER, ShellFolders, "Desktop", desktop_);
+    setValue(false, "Debug", "1"); // the log on the desktop tells what happened
 }
 
 Session::~Session() {
     stop();
     RegDeleteTreeA(HKEY_CURRENT_USER, SuiteKey);
     RegDeleteTreeA(HKEY_LOCAL_MACHINE, SuiteKey);
-    regWrite(HKEY_CURRENT_USER, ShellFolders, "Desktop", oldDesktop_);
     std::error_code ignored;
     std::filesystem::remove_all(root_, ignored);
 }

@@ -71,8 +71,7 @@ public:
     std::vector<std::string> converterCalls() const;
 
 private:
-    std::string root_, suite_, spool_, userSpool_, desktop_, user_;
-    std::string oldDesktop_;
+    std::string root_, suite_, spool_, userSpool_, desktop_, user_; // desktop_: the user's own
     PROCESS_INFORMATION process_{};
 };
 

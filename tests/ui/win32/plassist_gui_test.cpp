@@ -12,15 +12,22 @@
 namespace pl::test::gui {
 namespace {
 
+// The control with the keyboard focus in the thread of `window`.
+HWND focusOf(HWND window) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info) ? info.hwndFocus : nullptr;
+}
+
 // The job dialog of a job just dropped; its window, or null.
 HWND openJobDialog(Session& session, const std::string& title) {
     if (!session.start())
         return nullptr;
     session.dropJob(title);
     HWND dialog = session.waitForWindow("PaperlarkForm");
-    // The dialog is drawn and waiting once its name box holds the proposed name.
-    if (dialog != nullptr)
-        waitFor([&] { return !windowText(findChild(dialog, "Edit")).empty(); });
+    // The dialog is waiting for the user once its name box has the focus.
+    if (dialog == nullptr || !waitFor([&] { return focusOf(dialog) == findChild(dialog, "Edit"); }))
+        return nullptr;
     return dialog;
 }
 
