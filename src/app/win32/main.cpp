@@ -7,14 +7,7 @@
 //
 // The whole command line after the program's own name is the companion's, as it was typed.
 
-#include "assistant/error_report.h"
-#include "assistant/resident_form.h"
-#include "dialog/actions/job_actions.h"
-#include "dialog/job_dialog_host.h"
-#include "forms/context.h"
-#include "platform/folder_changes.h"
-#include "platform/platform.h"
-#include "platform/registry.h"
+#include "app/common/assistant_program.h"
 #include "ui/win32/win32_view.h"
 #include "ui/win32/window.h"
 
@@ -25,7 +18,6 @@
 
 namespace {
 
-constexpr UINT WatchInterval = 1000; // milliseconds between two looks into the spool folders
 constexpr int IconResource = 1;
 
 // What follows the program's own name (quoted or not) and the blanks after it.
@@ -58,39 +50,15 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
     if (icon == nullptr)
         icon = LoadIconA(nullptr, reinterpret_cast<LPCSTR>(IDI_APPLICATION));
 
-    auto os = pl::platform::makeNativePlatform();
-    pl::platform::Registry registry(os->registry());
-    pl::forms::AppState state;
-    state.CommandLine = commandLine;
     pl::winui::Win32View view(icon, "plAssist");
-    // After a fatal error the report ends the process at once: the failing procedure must not go on.
-    pl::assistant::ErrorReport report(*os, registry, view, state,
-                                      [&os](int exitCode) { os->processes().exitCurrent(exitCode); });
-    pl::Services services{*os, registry, report, view};
-    pl::texts::Texts texts;
-    pl::naming::NamingState naming;
-    pl::forms::Context context{services, state, texts, naming, view};
-    // Starting the configuration program pauses the watch timer, so that no job dialog opens on top
-    // of it while it comes up.
-    pl::assistant::ResidentForm* watcher = nullptr;
-    pl::dialog::ActionHooks hooks{[&watcher](bool enabled) {
-        if (watcher != nullptr)
-            watcher->control("Timer1").enabled = enabled;
-    }};
-    pl::dialog::JobDialogSlot dialogs(context, pl::dialog::jobActionsWith(hooks));
-    auto changes = pl::platform::makeFolderChanges();
-    pl::assistant::ResidentForm resident(context, dialogs, changes.get());
-    watcher = &resident;
-
-    view.bindResident(resident, [&state] {
+    pl::app::AssistantProgram program(view, commandLine);
+    pl::forms::AppState& state = program.state();
+    view.bindResident(program.resident(), [&state] {
         state.quitRequested = true;
         PostQuitMessage(state.exitCode);
     });
-    view.bindJobDialogs(dialogs);
-
-    resident.Form_Initialize();
-    resident.Form_Load();
-    if (state.quitRequested)
+    view.bindJobDialogs(program.dialogs());
+    if (!program.start())
         return state.exitCode;
 
     // The watch timer lives on a message-only window. A tick that comes while the previous one is
@@ -105,15 +73,13 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
             return std::nullopt;
         if (!ticking) {
             ticking = true;
-            if (!state.quitRequested && resident.timerEnabled())
-                resident.Timer1_Timer();
+            if (!program.tick())
+                PostQuitMessage(state.exitCode);
             ticking = false;
         }
-        if (state.quitRequested)
-            PostQuitMessage(state.exitCode);
         return 0;
     });
-    SetTimer(watch.handle(), 1, WatchInterval, nullptr);
+    SetTimer(watch.handle(), 1, pl::app::AssistantProgram::WatchInterval, nullptr);
     const int code = view.loop().run();
     return state.quitRequested ? state.exitCode : code;
 }
