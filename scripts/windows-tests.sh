@@ -21,28 +21,28 @@ export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree,mshtml=;winedbg.exe=d;winemenubuilder.exe=d"
 export WINEARCH=win64
 
-# Windows need a display (the converter's dialogs, plAssist.exe); an X server of our own when
-# there is none.
-xvfb=""
-if [ -z "${DISPLAY:-}" ]; then
-    display=:$((90 + RANDOM % 9))
-    Xvfb "$display" -screen 0 1280x1024x24 -nolisten tcp >/dev/null 2>&1 &
-    xvfb=$!
-    export DISPLAY=$display
-fi
-
-# Wine's server goes first: a program whose display goes away dies.
+# The GUI tests draw real windows: one virtual display for the whole run, started before the Wine
+# server and ended after it (a program whose display goes away dies).
+xvfb_pid=""
 cleanup() {
     wineserver -k 2>/dev/null || true
-    [ -z "$xvfb" ] || kill "$xvfb" 2>/dev/null || true
+    if [ -n "$xvfb_pid" ]; then kill "$xvfb_pid" 2>/dev/null || true; fi
 }
 trap cleanup EXIT
+display=:$((90 + RANDOM % 400))
+Xvfb "$display" -screen 0 1024x768x24 -nolisten tcp >/dev/null 2>&1 &
+xvfb_pid=$!
+export DISPLAY="$display"
 rm -rf "$WINEPREFIX"
 mkdir -p "$WINEPREFIX"
 wineserver -p
 wineboot -i >/dev/null 2>&1
-# Wine's desktop process starts with the first program that uses the display and would keep that
+# The desktop process starts with the first program that uses the display and would keep that
 # test's output open for as long as it runs (CTest then waits for it): start it here, outside the tests.
 wine rundll32.exe user32.dll,GetDesktopWindow >/dev/null 2>&1 || true
+# Wine's desktop process ends shortly after its last window and takes seconds to come back; one
+# hidden window keeps it up, so that each GUI test starts plAssist.exe at once.
+keeper="$build/tests/ui/win32/desktop_keeper.exe"
+if [ -f "$keeper" ]; then wine "$keeper" >/dev/null 2>&1 & fi
 
 ctest --test-dir "$build" --output-on-failure -j "$jobs" "$@"
