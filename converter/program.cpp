@@ -6,6 +6,7 @@
 #include "converter/conversion.h"
 #include "converter/desktop.h"
 #include "converter/file_ops.h"
+#include "converter/installed_ghostscript.h"
 #include "converter/reporter.h"
 #include "converter/settings.h"
 #include "converter/user_interface.h"
@@ -69,7 +70,8 @@ int converterMain(const std::vector<std::string>& args) {
     // a file that another job writes meanwhile; so it is taken before anything else takes time.
     const bool outputExisted = os->files().exists(absolutePath(parsed.request->output));
     platform::Registry registry(os->registry());
-    const Settings settings = readSettings(&registry, os->environment(), os->files(), PAPERLARK_GHOSTSCRIPT);
+    const Settings settings = readSettings(&registry, os->environment(), os->files(),
+                                           installedGhostscript(os->environment(), os->files()));
 
     const auto ui = makeUserInterface(os->environment());
     StandardErrorSink errorSink;

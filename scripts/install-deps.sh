@@ -7,14 +7,18 @@ packages=(
     build-essential cmake ninja-build pkg-config
     libgtest-dev libgmock-dev libbenchmark-dev
     clang libclang-rt-14-dev              # libFuzzer and the sanitizer runtimes
-    g++-mingw-w64-x86-64-posix            # checks that the portable core builds for Windows
+    g++-mingw-w64-x86-64-posix            # the Windows programs, cross compiled
+    wine wine64                           # runs the Windows tests
+    googletest                            # GoogleTest's sources, built with the cross compiler
+    nsis                                  # the Windows installer
     ghostscript poppler-utils             # the converter's engine and the tests' PDF checks
     qt6-base-dev qt6-base-dev-tools       # the Linux desktop front-end (Widgets, D-Bus notifications)
     dbus                                  # the tests' private session bus (dbus-run-session)
     fonts-dejavu-core                     # a font for the dialogs, also on machines without a desktop
-    xdg-utils xvfb
+    xdg-utils xvfb xauth
     cups cups-client cups-bsd cups-filters # a real CUPS server for the printer tests
     dpkg-dev                              # cpack's dependency list for the Debian package
+    libxml2-utils                         # the check of the Windows policy templates
 )
 
 missing=()

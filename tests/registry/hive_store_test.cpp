@@ -1,6 +1,7 @@
 // The POSIX store itself: hive files edited by hand or shared by processes, Windows semantics of
 // names.
 
+#include "platform/posix/registry/posix_registry.h"
 #include "platform/posix/registry/regedit_format.h"
 #include "support/test_registry.h"
 
@@ -38,10 +39,11 @@ TEST(hive_store, hive_that_does_not_parse_is_reported_and_never_overwritten) {
     for (const auto& [text, where] : broken) {
         TestRegistry reg;
         reg.writeHive("HKEY_CURRENT_USER", text);
-        const std::optional<std::string> problem = reg.backend().hiveProblem(HKEY_CURRENT_USER);
+        const PosixRegistry store(reg.dir().path());
+        const std::optional<std::string> problem = store.hiveProblem(HKEY_CURRENT_USER);
         ASSERT_TRUE(problem);
         EXPECT_NE(problem->find(where), std::string::npos) << *problem;
-        EXPECT_FALSE(reg.backend().hiveProblem(HKEY_LOCAL_MACHINE));
+        EXPECT_FALSE(store.hiveProblem(HKEY_LOCAL_MACHINE));
 
         Registry& r = reg.registry();
         EXPECT_EQ(r.GetRegValue(Key, "Style"), "");

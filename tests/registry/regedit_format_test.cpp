@@ -3,6 +3,7 @@
 
 #include "base/errors.h"
 #include "base/text.h"
+#include "platform/posix/registry/posix_registry.h"
 #include "support/test_registry.h"
 
 #include <gtest/gtest.h>

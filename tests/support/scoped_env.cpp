@@ -1,5 +1,7 @@
 #include "support/scoped_env.h"
 
+#include "support/system_env.h"
+
 #include <cstdlib>
 
 namespace pl::test {
@@ -7,19 +9,12 @@ namespace pl::test {
 void ScopedEnv::set(const std::string& name, std::optional<std::string> value) {
     const char* old = std::getenv(name.c_str());
     saved_.emplace_back(name, old ? std::optional<std::string>(old) : std::nullopt);
-    if (value)
-        ::setenv(name.c_str(), value->c_str(), 1);
-    else
-        ::unsetenv(name.c_str());
+    setVariable(name, value);
 }
 
 ScopedEnv::~ScopedEnv() {
-    for (auto it = saved_.rbegin(); it != saved_.rend(); ++it) {
-        if (it->second)
-            ::setenv(it->first.c_str(), it->second->c_str(), 1);
-        else
-            ::unsetenv(it->first.c_str());
-    }
+    for (auto it = saved_.rbegin(); it != saved_.rend(); ++it)
+        setVariable(it->first, it->second);
 }
 
 } // namespace pl::test

@@ -1,5 +1,7 @@
 #include "support/temp_dir.h"
 
+#include "platform/paths.h"
+
 #include <fstream>
 #include <random>
 #include <sstream>
@@ -26,21 +28,27 @@ TempDir::~TempDir() {
     std::filesystem::remove_all(path_, ec);
 }
 
+std::string TempDir::folder() const {
+    return platform::utf8Path(path_) + platform::PathSep;
+}
+
 std::string TempDir::write(const std::string& relative, const std::string& content) const {
-    const auto full = path_ / relative;
+    const auto full = (path_ / platform::fsPath(relative)).make_preferred();
     std::filesystem::create_directories(full.parent_path());
     std::ofstream out(full, std::ios::binary | std::ios::trunc);
     out << content;
-    return full.string();
+    return platform::utf8Path(full);
 }
 
 std::string TempDir::read(const std::string& relative) const {
-    std::ifstream in(path_ / relative, std::ios::binary);
+    std::ifstream in(path_ / platform::fsPath(relative), std::ios::binary);
     std::ostringstream s;
     s << in.rdbuf();
     return s.str();
 }
 
-bool TempDir::exists(const std::string& relative) const { return std::filesystem::exists(path_ / relative); }
+bool TempDir::exists(const std::string& relative) const {
+    return std::filesystem::exists(path_ / platform::fsPath(relative));
+}
 
 } // namespace pl::test

@@ -15,8 +15,8 @@ public:
     TempDir& operator=(const TempDir&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
-    // The folder as the program writes folder values: with a trailing separator.
-    std::string folder() const { return path_.string() + "/"; }
+    // The folder as the program writes folder values: UTF-8, with the system's separator at the end.
+    std::string folder() const;
     // Creates (or replaces) a file below the folder and returns its full path.
     std::string write(const std::string& relative, const std::string& content) const;
     std::string read(const std::string& relative) const;

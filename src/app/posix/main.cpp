@@ -9,15 +9,8 @@
 // Everything after the program's own name is the companion's command line; Qt reads no options
 // from it (QT_QPA_PLATFORM and the other QT_* variables choose the display).
 
-#include "assistant/error_report.h"
-#include "assistant/resident_form.h"
-#include "dialog/actions/job_actions.h"
-#include "dialog/job_dialog_host.h"
-#include "forms/context.h"
+#include "app/common/assistant_program.h"
 #include "platform/command_line.h"
-#include "platform/folder_changes.h"
-#include "platform/platform.h"
-#include "platform/registry.h"
 #include "ui/qt/qt_view.h"
 
 #include <QApplication>
@@ -28,8 +21,6 @@
 #include <string>
 
 namespace {
-
-constexpr int WatchInterval = 1000; // milliseconds between two looks into the spool folders
 
 // The companion program's command line, quoted so that it splits back into the same words.
 std::string companionCommandLine(int argc, char** argv) {
@@ -81,49 +72,19 @@ int main(int argc, char** argv) {
     // Dialogs come and go; the assistant lives on without any window.
     QApplication::setQuitOnLastWindowClosed(false);
 
-    auto os = pl::platform::makeNativePlatform();
-    pl::platform::Registry registry(os->registry());
-    pl::forms::AppState state;
-    state.CommandLine = commandLine;
     pl::qtui::QtView view(QStringLiteral("plAssist"));
-    // After a fatal error the report ends the process at once: the failing procedure must not go on.
-    pl::assistant::ErrorReport report(*os, registry, view, state,
-                                      [&os](int exitCode) { os->processes().exitCurrent(exitCode); });
-    pl::Services services{*os, registry, report, view};
-    pl::texts::Texts texts;
-    pl::naming::NamingState naming;
-    pl::forms::Context context{services, state, texts, naming, view};
-    // Starting the configuration program pauses the watch timer, so that no job dialog opens on top
-    // of it while it comes up.
-    pl::assistant::ResidentForm* watcher = nullptr;
-    pl::dialog::ActionHooks hooks{[&watcher](bool enabled) {
-        if (watcher != nullptr)
-            watcher->control("Timer1").enabled = enabled;
-    }};
-    pl::dialog::JobDialogSlot dialogs(context, pl::dialog::jobActionsWith(hooks));
-    auto changes = pl::platform::makeFolderChanges();
-    pl::assistant::ResidentForm resident(context, dialogs, changes.get());
-    watcher = &resident;
-
-    view.bindResident(resident, [] { QCoreApplication::quit(); });
-    view.bindJobDialogs(dialogs);
-
-    resident.Form_Initialize();
-    resident.Form_Load();
-    if (state.quitRequested)
-        return state.exitCode;
+    pl::app::AssistantProgram program(view, commandLine);
+    view.bindResident(program.resident(), [] { QCoreApplication::quit(); });
+    view.bindJobDialogs(program.dialogs());
+    if (!program.start())
+        return program.state().exitCode;
 
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, [&] {
-        // Finished converters are collected here, whether or not anybody asks about them.
-        os->processes().collectEnded();
-        // The end may have been asked for since the last tick.
-        if (!state.quitRequested && resident.timerEnabled())
-            resident.Timer1_Timer();
-        if (state.quitRequested)
-            QCoreApplication::exit(state.exitCode);
+        if (!program.tick())
+            QCoreApplication::exit(program.state().exitCode);
     });
-    watch.start(WatchInterval);
+    watch.start(pl::app::AssistantProgram::WatchInterval);
     const int code = QApplication::exec();
-    return state.quitRequested ? state.exitCode : code;
+    return program.state().quitRequested ? program.state().exitCode : code;
 }

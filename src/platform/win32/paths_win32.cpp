@@ -1,0 +1,7 @@
+#include "platform/paths.h"
+
+namespace pl::platform {
+
+const char PathSep = '\\';
+
+} // namespace pl::platform

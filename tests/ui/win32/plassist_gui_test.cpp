@@ -1,0 +1,189 @@
+// plAssist.exe as a user meets it, under Wine on a virtual display: real windows found and driven
+// with window messages from this program, the real registry, real spool folders and a recording
+// converter in the suite folder.
+
+#include "gui_session.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+
+namespace pl::test::gui {
+namespace {
+
+// The control with the keyboard focus in the thread of `window`.
+HWND focusOf(HWND window) {
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info) ? info.hwndFocus : nullptr;
+}
+
+// The job dialog of a job just dropped; its window, or null.
+HWND openJobDialog(Session& session, const std::string& title) {
+    if (!session.start())
+        return nullptr;
+    session.dropJob(title);
+    HWND dialog = session.waitForWindow("PaperlarkForm");
+    // The dialog is waiting for the user once its name box has the focus.
+    if (dialog == nullptr || !waitFor([&] { return focusOf(dialog) == findChild(dialog, "Edit"); }))
+        return nullptr;
+    return dialog;
+}
+
+TEST(plassist_gui, dialog_proposes_the_title_and_desktop_starts_the_converter) {
+    Session session;
+    HWND dialog = openJobDialog(session, "Quarterly Report");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(windowText(findChild(dialog, "Edit")), "Quarterly Report");
+
+    HWND desktop = findChild(dialog, "Button", "desktop");
+    ASSERT_NE(desktop, nullptr);
+    PostMessageA(desktop, BM_CLICK, 0, 0);
+    ASSERT_TRUE(waitFor([&] { return !session.converterCalls().empty(); }));
+
+    const std::string call = session.converterCalls().front();
+    const std::string expectedStart = "\"" + session.suite() + "Paperlark.exe\" /3 delps,save,nocode \"Standard\" \"" +
+                                      session.desktop() + "\\Quarterly Report.pdf\" \"" + session.spool() + "~";
+    EXPECT_EQ(call.substr(0, expectedStart.size()), expectedStart);
+    EXPECT_EQ(call.substr(call.size() - 4), ".ps\"");
+    // The job was taken away under a private name, and the dialog went.
+    EXPECT_FALSE(fileExists(session.spool() + session.user() + "000001.ps"));
+    EXPECT_TRUE(waitFor([&] { return session.findWindow("PaperlarkForm") == nullptr; }));
+}
+
+TEST(plassist_gui, name_box_swallows_a_colon_and_the_dialog_asks_before_closing_or_deleting) {
+    Session session;
+    const std::string queued = session.queueMultiDoc("Queued Part", 1);
+    HWND dialog = openJobDialog(session, "Letter");
+    ASSERT_NE(dialog, nullptr);
+    const std::string job = session.spool() + session.user() + "000001.ps";
+    HWND name = findChild(dialog, "Edit");
+
+    SendMessageA(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(""));
+    for (char c : std::string("a:b"))
+        PostMessageA(name, WM_CHAR, static_cast<WPARAM>(c), 1);
+    EXPECT_TRUE(waitFor([&] { return windowText(name) == "ab"; })) << windowText(name);
+
+    // The close button asks; No keeps the dialog, the job and the queue.
+    PostMessageA(dialog, WM_CLOSE, 0, 0);
+    ASSERT_TRUE(session.answerMessageBox(IDNO));
+    EXPECT_TRUE(IsWindowVisible(dialog));
+    EXPECT_TRUE(fileExists(job));
+    EXPECT_TRUE(fileExists(queued));
+
+    // Escape asks too; OK deletes the job with the queue beside it.
+    PostMessageA(name, WM_KEYDOWN, VK_ESCAPE, 1);
+    std::string prompt;
+    ASSERT_TRUE(session.answerMessageBox(IDOK, &prompt));
+    EXPECT_FALSE(prompt.empty());
+    EXPECT_TRUE(waitFor([&] { return !fileExists(job); }));
+    EXPECT_TRUE(session.converterCalls().empty());
+}
+
+TEST(plassist_gui, restrictive_policy_closes_up_rows_and_buttons_without_a_gap) {
+    Session session;
+    session.setValue(true, "APol", "disableemail,disablequality");
+    HWND dialog = openJobDialog(session, "Policy");
+    ASSERT_NE(dialog, nullptr);
+    saveScreenshot(dialog, artifactFolder() + "job-dialog-policy.bmp");
+
+    // At 96 DPI: 15 twips a pixel. The profile row is gone, so the name row moved up into its
+    // place (label 1260, box 1500 twips); Save took the place of E-mail at the left margin
+    // (240 twips) and Desktop follows one button and gap (1620 twips) later.
+    HWND profile = findChild(dialog, "ComboBox");
+    ASSERT_NE(profile, nullptr);
+    EXPECT_FALSE(IsWindowVisible(profile));
+    EXPECT_EQ(clientRect(dialog, findChild(dialog, "Edit")).top, 100);
+    HWND email = findChild(dialog, "Button", "mail");
+    ASSERT_NE(email, nullptr);
+    EXPECT_FALSE(IsWindowVisible(email));
+    const RECT desktop = clientRect(dialog, findChild(dialog, "Button", "desktop"));
+    EXPECT_EQ(desktop.left, 16 + 108);
+    // Whatever stands left of Desktop on its row stands at the margin.
+    RECT first{};
+    for (HWND b = FindWindowExA(dialog, nullptr, "Button", nullptr); b != nullptr;
+         b = FindWindowExA(dialog, b, "Button", nullptr)) {
+        const RECT r = clientRect(dialog, b);
+        if (IsWindowVisible(b) && r.top == desktop.top && r.left < desktop.left)
+            first = r;
+    }
+    EXPECT_EQ(first.left, 16);
+    // The window ends one margin below the row of buttons.
+    RECT client{};
+    GetClientRect(dialog, &client);
+    EXPECT_EQ(client.bottom - first.bottom, 16);
+}
+
+COLORREF rgb(COLORREF value) {
+    return value & 0xFFFFFF;
+}
+
+TEST(plassist_gui, each_look_keeps_its_background_across_repaints) {
+    struct Look {
+        const char* style;
+        const char* picture;
+        COLORREF top; // the colour of the first line, left of the controls
+    };
+    const Look looks[] = {{"", "job-dialog-standard.bmp", 0xEDA985},
+                          {"vista", "job-dialog-vista.bmp", 0x000000},
+                          {"grey", "job-dialog-grey.bmp", GetSysColor(COLOR_BTNFACE)}};
+    for (const Look& look : looks) {
+        SCOPED_TRACE(look.picture);
+        Session session;
+        if (*look.style != '\0')
+            session.setValue(true, "Style", look.style);
+        HWND dialog = openJobDialog(session, "Looks");
+        ASSERT_NE(dialog, nullptr);
+        RedrawWindow(dialog, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+        Sleep(300);
+        EXPECT_TRUE(saveScreenshot(dialog, artifactFolder() + look.picture));
+        EXPECT_EQ(rgb(clientPixel(dialog, 2, 0)), rgb(look.top));
+        RECT client{};
+        GetClientRect(dialog, &client);
+        const COLORREF bottom = rgb(clientPixel(dialog, 2, client.bottom - 1));
+        if (std::string(look.style) == "grey")
+            EXPECT_EQ(bottom, rgb(look.top));
+        else
+            EXPECT_NE(bottom, rgb(look.top)); // a gradient
+    }
+}
+
+TEST(plassist_gui, tray_icon_appears_for_queued_documents_and_its_menu_makes_them_a_job) {
+    Session session;
+    session.queueMultiDoc("Queued Chapter", 1);
+    ASSERT_TRUE(session.start());
+    // The icon is there once the shell knows it: changing its tip succeeds only for an icon shown.
+    HWND resident = nullptr;
+    HWND tip = nullptr;
+    ASSERT_TRUE(waitFor([&] {
+        for (resident = FindWindowExA(nullptr, nullptr, "PaperlarkForm", nullptr); resident != nullptr;
+             resident = FindWindowExA(nullptr, resident, "PaperlarkForm", nullptr))
+            if ((tip = FindWindowExA(resident, nullptr, "PaperlarkTip", nullptr)) != nullptr)
+                return true;
+        return false;
+    }));
+    ASSERT_TRUE(waitFor([&] {
+        NOTIFYICONDATAA data{};
+        data.cbSize = sizeof data;
+        data.hWnd = tip;
+        data.uID = 2;
+        data.uFlags = 0;
+        return Shell_NotifyIconA(NIM_MODIFY, &data) != FALSE;
+    }));
+
+    // A right click on the icon: its message number arrives as the callback's lParam.
+    PostMessageA(tip, WM_MOUSEMOVE, 0, WM_RBUTTONDOWN);
+    HWND menu = nullptr;
+    ASSERT_TRUE(waitFor([&] { return (menu = FindWindowA("#32768", nullptr)) != nullptr && IsWindowVisible(menu); }));
+    PostMessageA(menu, WM_KEYDOWN, VK_DOWN, 0);
+    PostMessageA(menu, WM_KEYDOWN, VK_RETURN, 0);
+
+    HWND dialog = session.waitForWindow("PaperlarkForm");
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(waitFor([&] { return windowText(findChild(dialog, "Edit")) == "Queued Chapter"; }))
+        << windowText(findChild(dialog, "Edit"));
+}
+
+} // namespace
+} // namespace pl::test::gui
