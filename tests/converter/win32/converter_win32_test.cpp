@@ -59,12 +59,6 @@ std::vector<std::string> lines(const std::string& text) {
     return out;
 }
 
-void setUserValue(const wchar_t* key, const wchar_t* name, const std::wstring& value) {
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key, name, REG_SZ, value.c_str(),
-                              static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))),
-              ERROR_SUCCESS);
-}
-
 std::optional<std::wstring> stringValue(HKEY root, const std::wstring& key, const wchar_t* name) {
     wchar_t value[1024] = {};
     DWORD size = sizeof value;
@@ -132,7 +126,7 @@ protected:
         // The user's own profiles are looked for below the profile folder.
         SetEnvironmentVariableW(L"USERPROFILE", folder.c_str());
         RegDeleteTreeW(HKEY_CURRENT_USER, kSuiteKey);
-        setUserValue(kSuiteKey, L"gswin32c", standIn.wstring());
+        setValue(HKEY_CURRENT_USER, kSuiteKey, L"gswin32c", standIn.wstring());
     }
 
     void TearDown() override {
@@ -267,7 +261,7 @@ TEST_F(ConverterWin32, failing_ghostscript_keeps_every_input_and_leaves_no_outpu
 
 TEST_F(ConverterWin32, time_limit_ends_ghostscript_and_the_program_it_started) {
     SetEnvironmentVariableW(L"PL_STANDIN_MODE", L"hang");
-    setUserValue(kSuiteKey, L"GsTimeout", L"2");
+    setValue(HKEY_CURRENT_USER, kSuiteKey, L"GsTimeout", L"2");
     const fs::path first = job("job.ps");
     const fs::path output = folder / "out" / "result.pdf";
 
