@@ -30,4 +30,6 @@ mkdir -p "$WINEPREFIX"
 wineserver -p
 wineboot -i >/dev/null 2>&1
 
-ctest --test-dir "$build" --output-on-failure -j "$jobs" "$@"
+ctest --test-dir "$build" --output-on-failure -j "$jobs" "$@" | tee "$build/ctest.log"
+# How many test cases ran, for the summary of scripts/test.sh.
+sed -n 's/.* tests failed out of \([0-9]*\)$/\1/p' "$build/ctest.log" > "$build/test-count.txt"
