@@ -111,6 +111,25 @@ HWND findChild(HWND parent, const std::string& className, const std::string& tex
     return nullptr;
 }
 
+HWND findVisibleDescendant(HWND parent, const std::string& className) {
+    struct Search {
+        std::string className;
+        HWND found = nullptr;
+    } search{lower(className)};
+    EnumChildWindows(
+        parent,
+        [](HWND child, LPARAM data) -> BOOL {
+            auto* s = reinterpret_cast<Search*>(data);
+            if (IsWindowVisible(child) && lower(windowClass(child)) == s->className) {
+                s->found = child;
+                return FALSE;
+            }
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 RECT clientRect(HWND parent, HWND control) {
     RECT r{};
     GetWindowRect(control, &r);

@@ -27,6 +27,8 @@ std::string windowText(HWND hwnd);
 std::string windowClass(HWND hwnd);
 // The first child of `parent` of that class whose text contains `text` (any case); null when none.
 HWND findChild(HWND parent, const std::string& className, const std::string& text = {});
+// The first visible descendant of `parent` of that class, at any depth; null when none.
+HWND findVisibleDescendant(HWND parent, const std::string& className);
 // The control's rectangle in its window's client coordinates.
 RECT clientRect(HWND parent, HWND control);
 

@@ -52,6 +52,36 @@ TEST(plassist_gui, dialog_proposes_the_title_and_desktop_starts_the_converter) {
     EXPECT_TRUE(waitFor([&] { return session.findWindow("PaperlarkForm") == nullptr; }));
 }
 
+TEST(plassist_gui, save_asks_in_the_common_dialog_and_converts_to_the_chosen_file) {
+    Session session;
+    const std::string out = session.root() + "out";
+    CreateDirectoryA(out.c_str(), nullptr);
+    session.setValue(false, "LastDir", out);
+    HWND dialog = openJobDialog(session, "Invoice");
+    ASSERT_NE(dialog, nullptr);
+    PostMessageA(findChild(dialog, "Button", "save"), BM_CLICK, 0, 0);
+
+    HWND box = session.waitForWindow("#32770");
+    ASSERT_NE(box, nullptr);
+    // The name box's name is offered, under the one file type of the model's filter.
+    HWND types = GetDlgItem(box, 0x470); // the common dialog's file type box
+    ASSERT_NE(types, nullptr);
+    wchar_t type[256] = {}; // the ANSI form of this message loses all but one character between processes
+    SendMessageW(types, CB_GETLBTEXT, 0, reinterpret_cast<LPARAM>(type));
+    EXPECT_STREQ(type, L"Paperlark File     (.pdf)");
+    HWND name = findVisibleDescendant(box, "Edit");
+    ASSERT_NE(name, nullptr);
+    EXPECT_EQ(windowText(name), "Invoice");
+    SendMessageA(name, WM_SETTEXT, 0, reinterpret_cast<LPARAM>("Saved Copy"));
+    PostMessageA(GetDlgItem(box, IDOK), BM_CLICK, 0, 0);
+
+    ASSERT_TRUE(waitFor([&] { return !session.converterCalls().empty(); }));
+    const std::string expectedStart = "\"" + session.suite() + "Paperlark.exe\" /3 delps,save,nocode \"Standard\" \"" + out +
+                                      "\\Saved Copy.pdf\" \"" + session.spool() + "~";
+    const std::string call = session.converterCalls().front();
+    EXPECT_EQ(call.substr(0, expectedStart.size()), expectedStart);
+}
+
 TEST(plassist_gui, name_box_swallows_a_colon_and_the_dialog_asks_before_closing_or_deleting) {
     Session session;
     const std::string queued = session.queueMultiDoc("Queued Part", 1);
