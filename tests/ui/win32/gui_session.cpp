@@ -51,6 +51,7 @@ struct Found {
     HWND hwnd = nullptr;
 };
 
+
 BOOL CALLBACK findTopLevel(HWND hwnd, LPARAM data) {
     auto* found = reinterpret_cast<Found*>(data);
     DWORD pid = 0;
@@ -236,20 +237,34 @@ bool Session::start() {
                         &process_))
         return false;
     // Ready once its hidden window is made.
-    return waitFor([&] {
-        Found found{process_.dwProcessId, "PaperlarkTip"};
-        EnumWindows(
-            [](HWND hwnd, LPARAM data) -> BOOL {
-                auto* f = reinterpret_cast<Found*>(data);
-                DWORD pid = 0;
-                GetWindowThreadProcessId(hwnd, &pid);
-                if (pid == f->pid)
-                    f->hwnd = FindWindowExA(hwnd, nullptr, "PaperlarkTip", nullptr) ? hwnd : f->hwnd;
-                return f->hwnd == nullptr;
-            },
-            reinterpret_cast<LPARAM>(&found));
-        return found.hwnd != nullptr || !running();
-    }) && running();
+    return waitFor([&] { return trayWindow() != nullptr || !running(); }) && running();
+}
+
+HWND Session::trayWindow() const {
+    struct Search {
+        DWORD pid;
+        HWND tip = nullptr;
+    } search{process_.dwProcessId};
+    EnumWindows(
+        [](HWND hwnd, LPARAM data) -> BOOL {
+            auto* s = reinterpret_cast<Search*>(data);
+            DWORD pid = 0;
+            GetWindowThreadProcessId(hwnd, &pid);
+            if (pid == s->pid)
+                s->tip = FindWindowExA(hwnd, nullptr, "PaperlarkTip", nullptr);
+            return s->tip == nullptr;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.tip;
+}
+
+std::optional<DWORD> Session::waitForExit(std::chrono::milliseconds timeout) {
+    if (process_.hProcess == nullptr ||
+        WaitForSingleObject(process_.hProcess, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0)
+        return std::nullopt;
+    DWORD code = 0;
+    GetExitCodeProcess(process_.hProcess, &code);
+    return code;
 }
 
 bool Session::running() const {

@@ -184,15 +184,8 @@ TEST(plassist_gui, tray_icon_appears_for_queued_documents_and_its_menu_makes_the
     session.queueMultiDoc("Queued Chapter", 1);
     ASSERT_TRUE(session.start());
     // The icon is there once the shell knows it: changing its tip succeeds only for an icon shown.
-    HWND resident = nullptr;
-    HWND tip = nullptr;
-    ASSERT_TRUE(waitFor([&] {
-        for (resident = FindWindowExA(nullptr, nullptr, "PaperlarkForm", nullptr); resident != nullptr;
-             resident = FindWindowExA(nullptr, resident, "PaperlarkForm", nullptr))
-            if ((tip = FindWindowExA(resident, nullptr, "PaperlarkTip", nullptr)) != nullptr)
-                return true;
-        return false;
-    }));
+    HWND tip = session.trayWindow();
+    ASSERT_NE(tip, nullptr);
     ASSERT_TRUE(waitFor([&] {
         NOTIFYICONDATAA data{};
         data.cbSize = sizeof data;
@@ -213,6 +206,44 @@ TEST(plassist_gui, tray_icon_appears_for_queued_documents_and_its_menu_makes_the
     ASSERT_NE(dialog, nullptr);
     EXPECT_TRUE(waitFor([&] { return windowText(findChild(dialog, "Edit")) == "Queued Chapter"; }))
         << windowText(findChild(dialog, "Edit"));
+}
+
+TEST(plassist_gui, hidden_form_refuses_closing_unless_told_and_ends_with_the_session) {
+    enum class Ask { AltF4, Close, EndSession };
+    struct Case {
+        const char* citrixUnload;
+        Ask ask;
+        bool ends;
+    };
+    const Case cases[] = {{"1", Ask::AltF4, false}, // swallowed before it can ask for closing
+                          {"", Ask::Close, false},
+                          {"1", Ask::Close, true},
+                          {"", Ask::EndSession, true}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string("CitrixUnload=") + c.citrixUnload + " ask=" + std::to_string(static_cast<int>(c.ask)));
+        Session session;
+        if (*c.citrixUnload != '\0')
+            session.setValue(true, "CitrixUnload", c.citrixUnload);
+        ASSERT_TRUE(session.start());
+        HWND resident = GetParent(session.trayWindow());
+        ASSERT_NE(resident, nullptr);
+        switch (c.ask) {
+        case Ask::AltF4:
+            PostMessageA(resident, WM_SYSKEYDOWN, VK_F4, 1 << 29);
+            break;
+        case Ask::Close:
+            PostMessageA(resident, WM_CLOSE, 0, 0);
+            break;
+        case Ask::EndSession:
+            EXPECT_NE(SendMessageA(resident, WM_QUERYENDSESSION, 0, 0), 0);
+            PostMessageA(resident, WM_ENDSESSION, TRUE, 0);
+            break;
+        }
+        const auto code = session.waitForExit(c.ends ? 10s : 3s);
+        EXPECT_EQ(code.has_value(), c.ends);
+        if (code)
+            EXPECT_EQ(*code, 0u);
+    }
 }
 
 } // namespace
