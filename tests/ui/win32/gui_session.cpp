@@ -296,9 +296,7 @@ std::string Session::dropJob(const std::string& title, int number) {
 }
 
 std::string Session::queueMultiDoc(const std::string& title, int number) {
-    char digits[16];
-    snprintf(digits, sizeof digits, "%04d", number);
-    const std::string path = userSpool_ + "MultiDoc" + user_ + digits + ".ps";
+    const std::string path = userSpool_ + "MultiDoc" + user_ + std::to_string(number) + ".ps";
     writeFile(path, jobText(title));
     return path;
 }

@@ -82,6 +82,35 @@ TEST(plassist_gui, save_asks_in_the_common_dialog_and_converts_to_the_chosen_fil
     EXPECT_EQ(call.substr(0, expectedStart.size()), expectedStart);
 }
 
+TEST(plassist_gui, sort_dialog_reorders_the_queue_modally) {
+    Session session;
+    const std::string first = session.queueMultiDoc("First", 1);
+    const std::string second = session.queueMultiDoc("Second", 2);
+    HWND dialog = openJobDialog(session, "Cover");
+    ASSERT_NE(dialog, nullptr);
+    HWND sortButton = findChild(dialog, "Button", "&Change order");
+    ASSERT_NE(sortButton, nullptr);
+    ASSERT_TRUE(IsWindowVisible(sortButton));
+    PostMessageA(sortButton, BM_CLICK, 0, 0);
+
+    HWND sort = nullptr;
+    ASSERT_TRUE(waitFor([&] { return (sort = FindWindowA("PaperlarkForm", "MultiDoc Sort")) && IsWindowVisible(sort); }));
+    EXPECT_FALSE(IsWindowEnabled(dialog)); // the job dialog waits for it
+    HWND list = findChild(sort, "ListBox");
+    ASSERT_NE(list, nullptr);
+    ASSERT_EQ(SendMessageA(list, LB_GETCOUNT, 0, 0), 2);
+    // The user picks the first document and moves it down.
+    SendMessageA(list, LB_SETCURSEL, 0, 0);
+    SendMessageA(sort, WM_COMMAND, MAKEWPARAM(GetDlgCtrlID(list), LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    SendMessageA(findChild(sort, "Button", "&down"), BM_CLICK, 0, 0);
+    PostMessageA(findChild(sort, "Button", "OK"), BM_CLICK, 0, 0);
+
+    ASSERT_TRUE(waitFor([&] { return !IsWindow(sort) || !IsWindowVisible(sort); }));
+    EXPECT_TRUE(waitFor([&] { return IsWindowEnabled(dialog) != FALSE; }));
+    EXPECT_NE(readFile(first).find("%%Title: Second"), std::string::npos);
+    EXPECT_NE(readFile(second).find("%%Title: First"), std::string::npos);
+}
+
 TEST(plassist_gui, name_box_swallows_a_colon_and_the_dialog_asks_before_closing_or_deleting) {
     Session session;
     const std::string queued = session.queueMultiDoc("Queued Part", 1);
