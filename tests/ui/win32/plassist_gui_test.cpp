@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 namespace pl::test::gui {
@@ -17,6 +18,29 @@ HWND focusOf(HWND window) {
     GUITHREADINFO info{};
     info.cbSize = sizeof info;
     return GetGUIThreadInfo(GetWindowThreadProcessId(window, nullptr), &info) ? info.hwndFocus : nullptr;
+}
+
+void setClipboard(const std::string& text) {
+    if (!OpenClipboard(nullptr))
+        return;
+    EmptyClipboard();
+    HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, text.size() + 1);
+    std::memcpy(GlobalLock(memory), text.c_str(), text.size() + 1);
+    GlobalUnlock(memory);
+    SetClipboardData(CF_TEXT, memory);
+    CloseClipboard();
+}
+
+std::string clipboard() {
+    std::string text;
+    if (!OpenClipboard(nullptr))
+        return text;
+    if (HANDLE data = GetClipboardData(CF_TEXT)) {
+        text = static_cast<const char*>(GlobalLock(data));
+        GlobalUnlock(data);
+    }
+    CloseClipboard();
+    return text;
 }
 
 // The job dialog of a job just dropped; its window, or null.
@@ -123,6 +147,11 @@ TEST(plassist_gui, name_box_swallows_a_colon_and_the_dialog_asks_before_closing_
     for (char c : std::string("a:b"))
         PostMessageA(name, WM_CHAR, static_cast<WPARAM>(c), 1);
     EXPECT_TRUE(waitFor([&] { return windowText(name) == "ab"; })) << windowText(name);
+    // Ctrl+V pastes the clipboard's text without the application's name, and leaves it so.
+    setClipboard("Microsoft Word - Letter");
+    PostMessageA(name, WM_CHAR, 22, 1);
+    EXPECT_TRUE(waitFor([&] { return windowText(name) == "abLetter"; })) << windowText(name);
+    EXPECT_EQ(clipboard(), "Letter");
 
     // The close button asks; No keeps the dialog, the job and the queue.
     PostMessageA(dialog, WM_CLOSE, 0, 0);
@@ -270,8 +299,9 @@ TEST(plassist_gui, hidden_form_refuses_closing_unless_told_and_ends_with_the_ses
         }
         const auto code = session.waitForExit(c.ends ? 10s : 3s);
         EXPECT_EQ(code.has_value(), c.ends);
-        if (code)
+        if (code) {
             EXPECT_EQ(*code, 0u);
+        }
     }
 }
 
