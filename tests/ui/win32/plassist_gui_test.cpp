@@ -237,21 +237,24 @@ TEST(plassist_gui, each_look_keeps_its_background_across_repaints) {
     }
 }
 
-TEST(plassist_gui, tray_icon_appears_for_queued_documents_and_its_menu_makes_them_a_job) {
+TEST(plassist_gui, tray_icon_appears_for_queued_documents_comes_back_with_the_task_bar_and_its_menu_makes_a_job) {
     Session session;
     session.queueMultiDoc("Queued Chapter", 1);
     ASSERT_TRUE(session.start());
     // The icon is there once the shell knows it: changing its tip succeeds only for an icon shown.
     HWND tip = session.trayWindow();
     ASSERT_NE(tip, nullptr);
-    ASSERT_TRUE(waitFor([&] {
-        NOTIFYICONDATAA data{};
-        data.cbSize = sizeof data;
-        data.hWnd = tip;
-        data.uID = 2;
-        data.uFlags = 0;
-        return Shell_NotifyIconA(NIM_MODIFY, &data) != FALSE;
-    }));
+    NOTIFYICONDATAA icon{};
+    icon.cbSize = sizeof icon;
+    icon.hWnd = tip;
+    icon.uID = 2;
+    const auto iconShown = [&] { return Shell_NotifyIconA(NIM_MODIFY, &icon) != FALSE; };
+    ASSERT_TRUE(waitFor(iconShown));
+    // The task bar starts afresh without it (Explorer restarted) and says so: it comes back.
+    Shell_NotifyIconA(NIM_DELETE, &icon);
+    ASSERT_FALSE(iconShown());
+    PostMessageA(GetParent(tip), RegisterWindowMessageA("TaskbarCreated"), 0, 0);
+    EXPECT_TRUE(waitFor(iconShown, 5s));
 
     // A right click on the icon: its message number arrives as the callback's lParam.
     PostMessageA(tip, WM_MOUSEMOVE, 0, WM_RBUTTONDOWN);
