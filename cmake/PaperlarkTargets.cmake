@@ -30,3 +30,10 @@ function(paperlark_library name)
     target_link_libraries(paperlark_${name} PUBLIC ${ARG_DEPENDS} PRIVATE ${ARG_PRIVATE_DEPENDS})
     paperlark_defaults(paperlark_${name})
 endfunction()
+
+# paperlark_windows_manifest(TARGET): gives a Windows program the suite's manifest
+# (cmake/WindowsManifest.cmake); nothing elsewhere.
+if(NOT WIN32)
+    function(paperlark_windows_manifest target)
+    endfunction()
+endif()

@@ -11,7 +11,5 @@ file(WRITE "${PAPERLARK_MANIFEST_RC}" "1 24 \"${PAPERLARK_MANIFEST}\"\n")
 set_source_files_properties("${PAPERLARK_MANIFEST_RC}" PROPERTIES OBJECT_DEPENDS "${PAPERLARK_MANIFEST}")
 
 function(paperlark_windows_manifest target)
-    if(WIN32)
-        target_sources(${target} PRIVATE "${PAPERLARK_MANIFEST_RC}")
-    endif()
+    target_sources(${target} PRIVATE "${PAPERLARK_MANIFEST_RC}")
 endfunction()

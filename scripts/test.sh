@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds everything and runs every test: the test suite, the same suite under AddressSanitizer and
-# UndefinedBehaviorSanitizer, the portable core through the Windows cross compiler, and each fuzz
-# target for a short time.
+# UndefinedBehaviorSanitizer, the Windows build and its tests under Wine, and each fuzz target for a
+# short time.
 set -euo pipefail
 here="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 cd "$here"
@@ -13,7 +13,8 @@ fuzz_seconds=${PAPERLARK_FUZZ_SECONDS:-20}
 echo "== build and test"
 cmake -S . -B build -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 cmake --build build -j "$jobs"
-ctest --test-dir build --output-on-failure -j "$jobs"
+ctest --test-dir build --output-on-failure -j "$jobs" | tee build/ctest.log
+linux_cases=$(sed -n 's/.* tests failed out of \([0-9]*\)$/\1/p' build/ctest.log)
 
 echo "== Debian package, installed on this machine, printing through a CUPS server of its own"
 sh tests/package/package_test.sh build
@@ -24,10 +25,9 @@ cmake -S . -B build-asan -G Ninja -DCMAKE_BUILD_TYPE=Debug -DPAPERLARK_SANITIZE=
 cmake --build build-asan -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 ctest --test-dir build-asan --output-on-failure -j "$jobs"
 
-echo "== portable core with the Windows cross compiler"
-cmake -S . -B build-mingw -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/cmake/mingw-w64.cmake" \
-    -DPAPERLARK_PORTABLE_ONLY=ON >/dev/null
-cmake --build build-mingw -j "$jobs"
+echo "== Windows build (mingw-w64) and its tests under Wine"
+PAPERLARK_WINDOWS_JOBS="$jobs" "$here/scripts/windows-tests.sh"
+windows_cases=$(cat build-windows/test-count.txt)
 
 echo "== fuzz targets (${fuzz_seconds}s each)"
 CC=clang CXX=clang++ cmake -S . -B build-fuzz -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DPAPERLARK_FUZZ=ON \
@@ -43,4 +43,5 @@ for name in $fuzzers; do
     mkdir -p "$corpus"
     "$target" -max_total_time="$fuzz_seconds" -rss_limit_mb=2048 "$corpus" 2>&1 | tail -n 2
 done
+echo "test cases run: Linux ${linux_cases}, Windows ${windows_cases}"
 echo "all test stages passed"

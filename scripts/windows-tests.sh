@@ -45,4 +45,6 @@ wine rundll32.exe user32.dll,GetDesktopWindow >/dev/null 2>&1 || true
 keeper="$build/tests/ui/win32/desktop_keeper.exe"
 if [ -f "$keeper" ]; then wine "$keeper" >/dev/null 2>&1 & fi
 
-ctest --test-dir "$build" --output-on-failure -j "$jobs" "$@"
+ctest --test-dir "$build" --output-on-failure -j "$jobs" "$@" | tee "$build/ctest.log"
+# How many test cases ran, for the summary of scripts/test.sh.
+sed -n 's/.* tests failed out of \([0-9]*\)$/\1/p' "$build/ctest.log" > "$build/test-count.txt"

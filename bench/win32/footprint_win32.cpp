@@ -26,16 +26,34 @@ Started start(const char* program) {
     return s;
 }
 
-// Private bytes (what the process alone costs) and the working set, in KiB.
+// The committed private memory of a process, summed over its address space (Wine leaves the
+// counter of GetProcessMemoryInfo at 0).
+double committedPrivateKiB(HANDLE process) {
+    double bytes = 0;
+    MEMORY_BASIC_INFORMATION region{};
+    for (auto* at = static_cast<char*>(nullptr);
+         VirtualQueryEx(process, at, &region, sizeof region) == sizeof region;
+         at = static_cast<char*>(region.BaseAddress) + region.RegionSize) {
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE)
+            bytes += static_cast<double>(region.RegionSize);
+        if (region.RegionSize == 0)
+            break;
+    }
+    return bytes / 1024.0;
+}
+
+// Private memory (what the process alone costs) and the working set, in KiB.
 void report(const char* name, const Started& s, double* privateKiB) {
     PROCESS_MEMORY_COUNTERS_EX counters{};
     counters.cb = sizeof counters;
-    if (!s.ok || !GetProcessMemoryInfo(s.info.hProcess, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                                       sizeof counters)) {
+    if (!s.ok || WaitForSingleObject(s.info.hProcess, 0) != WAIT_TIMEOUT ||
+        !GetProcessMemoryInfo(s.info.hProcess, reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                              sizeof counters)) {
         std::printf("%-16s not measured (it did not start or has ended)\n", name);
         return;
     }
-    *privateKiB = static_cast<double>(counters.PrivateUsage) / 1024.0;
+    *privateKiB = counters.PrivateUsage > 0 ? static_cast<double>(counters.PrivateUsage) / 1024.0
+                                            : committedPrivateKiB(s.info.hProcess);
     std::printf("%-16s private %8.0f KiB   working set %8.0f KiB\n", name, *privateKiB,
                 static_cast<double>(counters.WorkingSetSize) / 1024.0);
 }

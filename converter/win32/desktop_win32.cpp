@@ -17,7 +17,23 @@ enum class MapiResult { Handled, NoClient };
 
 // A new message in the user's mail program with the files attached, through Simple MAPI (which
 // takes ANSI texts). The call returns once the person has sent or discarded the message.
+// The mail program the user (or else the machine) chose as the default. Without one, Windows' own
+// mapi32.dll would only say that there is none.
+bool mailProgramRegistered() {
+    for (HKEY root : {HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}) {
+        wchar_t name[256] = {};
+        DWORD size = sizeof name;
+        if (RegGetValueW(root, L"Software\\Clients\\Mail", nullptr, RRF_RT_REG_SZ, nullptr, name, &size) ==
+                ERROR_SUCCESS &&
+            name[0] != L'\0')
+            return true;
+    }
+    return false;
+}
+
 MapiResult sendWithMapi(const std::vector<std::string>& files) {
+    if (!mailProgramRegistered())
+        return MapiResult::NoClient;
     HMODULE mapi = LoadLibraryW(L"mapi32.dll");
     if (!mapi)
         return MapiResult::NoClient;

@@ -10,6 +10,7 @@
 #include "naming/title_cleanup.h"
 #include "platform/environment_expand.h"
 #include "platform/paths.h"
+#include "platform/working_drive.h"
 #include "texts/language_selection.h"
 
 #include <filesystem>
@@ -287,8 +288,10 @@ void ResidentForm::chooseWorkingDrive() {
         st.StepName = "6: ChDrive " + env.get("windir") + " --> " + profile;
     }
     workingDrive_.clear();
-    if (text::length(profile) > 2 && profile.substr(0, 2) != "\\\\")
+    if (text::length(profile) > 2 && profile.substr(0, 2) != "\\\\") {
         workingDrive_ = profile.substr(0, 2);
+        platform::changeWorkingDrive(workingDrive_);
+    }
 }
 
 std::string ResidentForm::firstMatch(std::string_view searchPath, platform::Entries entries) {

@@ -1,5 +1,7 @@
 #include "assistant_world.h"
 
+#include "platform/paths.h"
+
 #include <ctime>
 #include <filesystem>
 #include <fstream>
@@ -43,7 +45,7 @@ WorldFolders::WorldFolders(const std::string& userName) {
 
 std::string WorldFolders::folder(const char* name) const {
     fs::create_directories(root.path() / name);
-    return root.folder() + name + "/";
+    return root.folder() + name + platform::PathSep;
 }
 
 AssistantWorld::AssistantWorld(const std::string& userName)

@@ -1,4 +1,5 @@
 #include "platform/platform.h"
+#include "platform/standard_clock.h"
 #include "platform/posix/posix_services.h"
 #include "platform/posix/registry/posix_registry.h"
 
@@ -26,8 +27,8 @@ private:
     posix::PosixProcesses processes_;
     posix::PosixShell shell_;
     posix::PosixSpecialFolders folders_;
-    posix::SystemClock clock_;
-    posix::UniformRandom random_;
+    SystemClock clock_;
+    UniformRandom random_;
     posix::PosixRegistry registry_;
 };
 

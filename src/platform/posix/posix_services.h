@@ -3,14 +3,12 @@
 // them through makeNativePlatform(); they are declared here so that the platform object can compose
 // them and the platform's own tests can build one in isolation.
 
-#include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/processes.h"
 #include "platform/special_folders.h"
 
 #include <mutex>
-#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -103,21 +101,6 @@ public:
     std::string localAppData() const override;
     std::string documents() const override;
     std::string programFolder() const override;
-};
-
-class SystemClock : public Clock {
-public:
-    std::chrono::system_clock::time_point now() const override;
-};
-
-class UniformRandom : public Random {
-public:
-    UniformRandom();
-    double next() override;
-
-private:
-    std::mt19937_64 engine_;
-    std::uniform_real_distribution<double> distribution_{0.0, 1.0};
 };
 
 } // namespace pl::platform::posix

@@ -1,22 +1,25 @@
 #include "platform/win32/win32_services.h"
+#include "platform/win32/wide_text.h"
 
 #include <windows.h>
 
 namespace pl::platform::win32 {
 
 std::string Win32Environment::get(std::string_view name) const {
-    // The system compares variable names without regard to case, as the callers expect.
+    // The system compares variable names without regard to case, as the callers expect. The wide
+    // function, because the ANSI one is known to cut UTF-8 values short by counting characters.
     const std::string key(name);
     if (key.empty() || key.find('=') != std::string::npos)
         return {};
-    std::string value(256, '\0');
+    const std::wstring wideName = widen(key);
+    std::wstring value(256, L'\0');
     for (;;) {
-        const DWORD length = GetEnvironmentVariableA(key.c_str(), value.data(), static_cast<DWORD>(value.size()));
+        const DWORD length = GetEnvironmentVariableW(wideName.c_str(), value.data(), static_cast<DWORD>(value.size()));
         if (length == 0)
             return {};
         if (length < value.size()) {
             value.resize(length);
-            return value;
+            return narrow(value);
         }
         value.resize(length); // too small: `length` counts the terminating NUL
     }

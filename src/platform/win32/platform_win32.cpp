@@ -1,4 +1,5 @@
 #include "platform/platform.h"
+#include "platform/standard_clock.h"
 #include "platform/win32/win32_registry.h"
 #include "platform/win32/win32_services.h"
 
@@ -24,8 +25,8 @@ private:
     win32::Win32Processes processes_;
     win32::Win32Shell shell_;
     win32::Win32SpecialFolders folders_;
-    win32::SystemClock clock_;
-    win32::UniformRandom random_;
+    SystemClock clock_;
+    UniformRandom random_;
     win32::Win32Registry registry_;
 };
 

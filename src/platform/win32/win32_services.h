@@ -6,13 +6,11 @@
 // Texts are UTF-8 throughout. Every program carries a manifest that makes UTF-8 its ANSI code page,
 // so the ANSI ("A") functions take and give those texts unchanged.
 
-#include "platform/clock.h"
 #include "platform/environment.h"
 #include "platform/file_system.h"
 #include "platform/processes.h"
 #include "platform/special_folders.h"
 
-#include <random>
 #include <string>
 
 namespace pl::platform::win32 {
@@ -75,21 +73,6 @@ public:
     std::string localAppData() const override;
     std::string documents() const override;
     std::string programFolder() const override;
-};
-
-class SystemClock : public Clock {
-public:
-    std::chrono::system_clock::time_point now() const override;
-};
-
-class UniformRandom : public Random {
-public:
-    UniformRandom();
-    double next() override;
-
-private:
-    std::mt19937_64 engine_;
-    std::uniform_real_distribution<double> distribution_{0.0, 1.0};
 };
 
 // The text of the system error `code` (GetLastError), for messages that say why.

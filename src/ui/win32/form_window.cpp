@@ -114,7 +114,7 @@ FormWindow::FormWindow(forms::Form& form, const FormWindowArgs& args)
     window.icon = args.icon;
     window.left = window.top = window.width = window.height = 0;
     window_ = std::make_unique<Window>(window, [this](HWND, UINT message, WPARAM wParam, LPARAM lParam) {
-        return window_ ? handle(message, wParam, lParam) : std::nullopt;
+        return window_ ? onMessage(message, wParam, lParam) : std::nullopt;
     });
     twipsPerPixel_ = twipsPerPixelAt(dpiOf(handle()));
     if (args.makeControls)
@@ -359,7 +359,7 @@ std::optional<LRESULT> FormWindow::controlColors(HDC dc, HWND hwnd) {
     return reinterpret_cast<LRESULT>(brush(back));
 }
 
-std::optional<LRESULT> FormWindow::handle(UINT message, WPARAM wParam, LPARAM lParam) {
+std::optional<LRESULT> FormWindow::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     const Busy busy(*this);
     switch (message) {
     case WM_ERASEBKGND: {

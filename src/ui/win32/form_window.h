@@ -100,7 +100,7 @@ protected:
     SIZE inside() const;
 
 private:
-    std::optional<LRESULT> handle(UINT message, WPARAM wParam, LPARAM lParam);
+    std::optional<LRESULT> onMessage(UINT message, WPARAM wParam, LPARAM lParam);
     void makeControls();
     void renderControl(HWND hwnd, const forms::Control& control);
     void renderTimers();

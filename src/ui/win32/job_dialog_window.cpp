@@ -7,11 +7,6 @@ namespace pl::winui {
 
 namespace {
 
-int shiftState() {
-    return (GetKeyState(VK_SHIFT) < 0 ? 1 : 0) | (GetKeyState(VK_CONTROL) < 0 ? 2 : 0) |
-           (GetKeyState(VK_MENU) < 0 ? 4 : 0);
-}
-
 int mouseButton(UINT message) {
     switch (message) {
     case WM_LBUTTONUP:
@@ -131,8 +126,6 @@ std::optional<LRESULT> JobDialogWindow::controlMessage(const std::string& name, 
 
 bool JobDialogWindow::previewKey(int keyCode, int shift) {
     // The form sees every key first: Escape asks wherever the focus is.
-    if (shift < 0)
-        shift = shiftState();
     forward([&] { dialog_.Form_KeyDown(keyCode, shift); });
     return !attached() || keyCode == 0;
 }

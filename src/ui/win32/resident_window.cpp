@@ -1,6 +1,7 @@
 #include "ui/win32/resident_window.h"
 
 #include "base/text.h"
+#include "dialog/job_dialog.h"
 
 namespace pl::winui {
 
@@ -136,7 +137,7 @@ std::optional<LRESULT> ResidentWindow::windowMessage(UINT message, WPARAM wParam
         // The session ends: an unload that is not the control menu's, which the form lets through.
         if (wParam != FALSE && attached()) {
             int cancel = 0;
-            forward([&] { resident_.Form_QueryUnload(cancel, 2); });
+            forward([&] { resident_.Form_QueryUnload(cancel, dialog::unload_mode::AppWindows); });
             unloaded();
         }
         return 0;

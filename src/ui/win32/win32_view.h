@@ -1,13 +1,12 @@
 #pragma once
-// The View of the form models on Win32: each form gets its window (made by the factory that knows
-// the form) when it is first shown; message boxes, the save dialog, the clipboard and the tray are
-// shared. The form models decide everything; this class only finds the window a call is meant for
-// and runs the message loop with the classic key preview in front of the dialog navigation.
+// Win32's side of forms::View. A form's window is made on demand by whichever registered factory
+// recognises the form; an unloaded form's window is kept until none of its procedures is on the
+// stack any more. The one message loop lets each form preview its keys before IsDialogMessage does
+// the tab order, access keys and default buttons. No decision is taken here.
 
 #include "forms/view.h"
 #include "ui/win32/form_window.h"
 #include "ui/win32/message_loop.h"
-
 #include "ui/win32/win32_api.h"
 
 #include <functional>
@@ -19,9 +18,8 @@ namespace pl::assistant {
 class ResidentForm;
 }
 namespace pl::dialog {
-class JobDialog;
 class JobDialogSlot;
-} // namespace pl::dialog
+}
 
 namespace pl::winui {
 

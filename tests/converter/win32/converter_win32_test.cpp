@@ -9,7 +9,10 @@
 
 #include <windows.h>
 
+#include <cctype>
 #include <chrono>
+#include <optional>
+#include <string_view>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -56,58 +59,54 @@ std::vector<std::string> lines(const std::string& text) {
     return out;
 }
 
-void setUserValue(const wchar_t* key, const wchar_t* name, const std::wstring& value) {
-    ASSERT_EQ(RegSetKeyValueW(HKEY_CURRENT_USER, key, name, REG_SZ, value.c_str(),
-                              static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))),
-              ERROR_SUCCESS);
+std::optional<std::wstring> stringValue(HKEY root, const std::wstring& key, const wchar_t* name) {
+    wchar_t value[1024] = {};
+    DWORD size = sizeof value;
+    if (RegGetValueW(root, key.c_str(), name, RRF_RT_REG_SZ, nullptr, value, &size) != ERROR_SUCCESS)
+        return std::nullopt;
+    return std::wstring(value);
 }
 
-std::wstring classOfPdf() {
-    wchar_t name[256] = {};
-    DWORD size = sizeof name;
-    if (RegGetValueW(HKEY_CLASSES_ROOT, L".pdf", nullptr, RRF_RT_REG_SZ, nullptr, name, &size) != ERROR_SUCCESS)
-        return {};
-    return name;
+void setValue(HKEY root, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
+    RegSetKeyValueW(root, key.c_str(), name, REG_SZ, value.c_str(), static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t)));
 }
 
-// A document type of the test's own as the handler of ".pdf", registered for the user as Windows
-// has it. Wine's merged view of the classes does not let the user's entry win over the machine's,
-// so there the machine's entry is pointed at it too, and put back afterwards.
-class PdfHandler {
+// Registry values set for one test and put back as they were afterwards, in reverse order.
+class RegistryChanges {
 public:
-    explicit PdfHandler(const std::wstring& command) {
-        setUserValue(kCommandKey, nullptr, command);
-        setUserValue(L"Software\\Classes\\.pdf", nullptr, kClass);
-        if (classOfPdf() != kClass) {
-            machineClass_ = classOfPdf();
-            RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.pdf", nullptr, REG_SZ, kClass,
-                            static_cast<DWORD>((wcslen(kClass) + 1) * sizeof(wchar_t)));
-            RegSetKeyValueW(HKEY_LOCAL_MACHINE, kCommandKey, nullptr, REG_SZ, command.c_str(),
-                            static_cast<DWORD>((command.size() + 1) * sizeof(wchar_t)));
-            changedMachine_ = true;
-        }
+    void set(HKEY root, const std::wstring& key, const wchar_t* name, const std::wstring& value) {
+        saved_.push_back({root, key, name ? name : L"", name == nullptr, stringValue(root, key, name)});
+        setValue(root, key, name, value);
     }
-    ~PdfHandler() {
-        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\PaperlarkTest.Document");
-        RegDeleteTreeW(HKEY_CURRENT_USER, L"Software\\Classes\\.pdf");
-        if (changedMachine_) {
-            RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\PaperlarkTest.Document");
-            if (machineClass_.empty())
-                RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.pdf");
+    ~RegistryChanges() {
+        for (auto it = saved_.rbegin(); it != saved_.rend(); ++it) {
+            const wchar_t* name = it->unnamed ? nullptr : it->name.c_str();
+            if (it->old)
+                setValue(it->root, it->key, name, *it->old);
             else
-                RegSetKeyValueW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.pdf", nullptr, REG_SZ,
-                                machineClass_.c_str(), static_cast<DWORD>((machineClass_.size() + 1) * sizeof(wchar_t)));
+                RegDeleteKeyValueW(it->root, it->key.c_str(), name);
         }
     }
-    PdfHandler(const PdfHandler&) = delete;
-    PdfHandler& operator=(const PdfHandler&) = delete;
 
 private:
-    static constexpr const wchar_t* kClass = L"PaperlarkTest.Document";
-    static constexpr const wchar_t* kCommandKey = L"Software\\Classes\\PaperlarkTest.Document\\shell\\open\\command";
-    std::wstring machineClass_;
-    bool changedMachine_ = false;
+    struct Saved {
+        HKEY root;
+        std::wstring key, name;
+        bool unnamed;
+        std::optional<std::wstring> old;
+    };
+    std::vector<Saved> saved_;
 };
+
+// The command that the shell runs for `classKey` ("PaperlarkTest.Document", "mailto") is the
+// stand-in, registered for the user as Windows has it. Wine's merged view of the classes does not
+// let the user's entry win over the machine's, so there the machine's entry is changed too.
+void registerShellCommand(RegistryChanges& changes, const std::wstring& classKey, const std::wstring& command) {
+    const std::wstring key = L"Software\\Classes\\" + classKey + L"\\shell\\open\\command";
+    changes.set(HKEY_CURRENT_USER, key, nullptr, command);
+    if (stringValue(HKEY_CLASSES_ROOT, classKey + L"\\shell\\open\\command", nullptr) != command)
+        changes.set(HKEY_LOCAL_MACHINE, key, nullptr, command);
+}
 
 class ConverterWin32 : public ::testing::Test {
 protected:
@@ -123,10 +122,11 @@ protected:
         SetEnvironmentVariableW(L"PL_STANDIN_RECORD", record.c_str());
         SetEnvironmentVariableW(L"PL_STANDIN_PIDS", (folder / "pids.txt").c_str());
         SetEnvironmentVariableW(L"PL_STANDIN_MODE", nullptr);
+        SetEnvironmentVariableW(L"PL_STANDIN_OPENED", (folder / "opened.txt").c_str());
         // The user's own profiles are looked for below the profile folder.
         SetEnvironmentVariableW(L"USERPROFILE", folder.c_str());
         RegDeleteTreeW(HKEY_CURRENT_USER, kSuiteKey);
-        setUserValue(kSuiteKey, L"gswin32c", standIn.wstring());
+        setValue(HKEY_CURRENT_USER, kSuiteKey, L"gswin32c", standIn.wstring());
     }
 
     void TearDown() override {
@@ -182,6 +182,15 @@ protected:
             CloseDesktop(desk);
         CloseWindowStation(station);
         return exitCode;
+    }
+
+    // What the document or link handler was given; it runs on its own, after the converter.
+    std::string waitForOpened() {
+        const fs::path opened = folder / "opened.txt";
+        for (int i = 0; i < 100 && !fs::exists(opened); ++i)
+            std::this_thread::sleep_for(100ms);
+        std::this_thread::sleep_for(100ms);
+        return readFile(opened);
     }
 
     std::vector<std::string> filesIn(const fs::path& where) {
@@ -252,7 +261,7 @@ TEST_F(ConverterWin32, failing_ghostscript_keeps_every_input_and_leaves_no_outpu
 
 TEST_F(ConverterWin32, time_limit_ends_ghostscript_and_the_program_it_started) {
     SetEnvironmentVariableW(L"PL_STANDIN_MODE", L"hang");
-    setUserValue(kSuiteKey, L"GsTimeout", L"2");
+    setValue(HKEY_CURRENT_USER, kSuiteKey, L"GsTimeout", L"2");
     const fs::path first = job("job.ps");
     const fs::path output = folder / "out" / "result.pdf";
 
@@ -275,17 +284,40 @@ TEST_F(ConverterWin32, time_limit_ends_ghostscript_and_the_program_it_started) {
 }
 
 TEST_F(ConverterWin32, open_hands_the_result_to_the_registered_pdf_handler) {
-    PdfHandler handler(L"\"" + standIn.wstring() + L"\" --opened \"%1\"");
+    RegistryChanges changes;
+    changes.set(HKEY_CURRENT_USER, L"Software\\Classes\\.pdf", nullptr, L"PaperlarkTest.Document");
+    if (stringValue(HKEY_CLASSES_ROOT, L".pdf", nullptr) != L"PaperlarkTest.Document")
+        changes.set(HKEY_LOCAL_MACHINE, L"Software\\Classes\\.pdf", nullptr, L"PaperlarkTest.Document");
+    registerShellCommand(changes, L"PaperlarkTest.Document", L"\"" + standIn.wstring() + L"\" --opened \"%1\"");
     const fs::path first = job("job.ps");
     const fs::path output = folder / "out" / "result.pdf";
 
     const auto code = convert({L"/3", L"delps,save,open", L"", output.wstring(), first.wstring()});
 
     EXPECT_EQ(code, 0u);
-    const fs::path opened = output.wstring() + L".opened";
-    for (int i = 0; i < 100 && !fs::exists(opened); ++i)
-        std::this_thread::sleep_for(100ms);
-    EXPECT_EQ(readFile(opened), utf8(output));
+    EXPECT_EQ(waitForOpened(), utf8(output));
+}
+
+// Without a mail program for Simple MAPI, a mailto: link still starts a message; it cannot attach
+// the file, so it names it.
+TEST_F(ConverterWin32, email_without_a_mapi_mail_program_opens_a_mailto_link_naming_the_file) {
+    RegistryChanges changes;
+    changes.set(HKEY_LOCAL_MACHINE, L"Software\\Clients\\Mail", nullptr, L"");
+    changes.set(HKEY_CURRENT_USER, L"Software\\Clients\\Mail", nullptr, L"");
+    registerShellCommand(changes, L"mailto", L"\"" + standIn.wstring() + L"\" --opened \"%1\"");
+    const fs::path first = job("job.ps");
+    const fs::path output = folder / "out" / "Invoice 7.pdf";
+
+    const auto code = convert({L"/3", L"delps,email", L"", output.wstring(), first.wstring()});
+
+    EXPECT_EQ(code, 0u);
+    std::string expected = "mailto:?Subject=Invoice%207.pdf&Body=";
+    for (char c : utf8(output) + "\r\n") {
+        static const char digits[] = "0123456789ABCDEF";
+        const bool plain = std::isalnum(static_cast<unsigned char>(c)) || std::string_view("-./_~&:?@#!$*+").find(c) != std::string_view::npos;
+        expected += plain ? std::string(1, c) : std::string{'%', digits[(c >> 4) & 0xF], digits[c & 0xF]};
+    }
+    EXPECT_EQ(waitForOpened(), expected);
 }
 
 TEST_F(ConverterWin32, without_gswin32c_the_newest_registered_ghostscript_runs) {

@@ -6,7 +6,8 @@
 //                      "fail": writes half a file, complains and exits with 1;
 //                      "hang": starts a copy of itself and both wait for ever
 //   PL_STANDIN_PIDS    file that receives the process ids of the hanging stand-in and its copy
-// Called as "--opened FILE" it is a document handler: it writes FILE.opened naming FILE.
+// Called as "--opened WHAT" it is a document or link handler: it writes WHAT into the file named
+// by PL_STANDIN_OPENED.
 
 #include <windows.h>
 
@@ -68,7 +69,7 @@ int main() {
     LocalFree(argv);
 
     if (words.size() == 3 && words[1] == L"--opened") {
-        std::ofstream(std::filesystem::path(words[2] + L".opened"), std::ios::binary) << narrow(words[2]);
+        std::ofstream(std::filesystem::path(variable(L"PL_STANDIN_OPENED")), std::ios::binary) << narrow(words[2]);
         return 0;
     }
     if (words.size() == 2 && words[1] == L"--child") {

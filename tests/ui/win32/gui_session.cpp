@@ -51,6 +51,7 @@ struct Found {
     HWND hwnd = nullptr;
 };
 
+
 BOOL CALLBACK findTopLevel(HWND hwnd, LPARAM data) {
     auto* found = reinterpret_cast<Found*>(data);
     DWORD pid = 0;
@@ -109,6 +110,25 @@ HWND findChild(HWND parent, const std::string& className, const std::string& tex
             return child;
     }
     return nullptr;
+}
+
+HWND findVisibleDescendant(HWND parent, const std::string& className) {
+    struct Search {
+        std::string className;
+        HWND found = nullptr;
+    } search{lower(className)};
+    EnumChildWindows(
+        parent,
+        [](HWND child, LPARAM data) -> BOOL {
+            auto* s = reinterpret_cast<Search*>(data);
+            if (IsWindowVisible(child) && lower(windowClass(child)) == s->className) {
+                s->found = child;
+                return FALSE;
+            }
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
 }
 
 RECT clientRect(HWND parent, HWND control) {
@@ -217,20 +237,34 @@ bool Session::start() {
                         &process_))
         return false;
     // Ready once its hidden window is made.
-    return waitFor([&] {
-        Found found{process_.dwProcessId, "PaperlarkTip"};
-        EnumWindows(
-            [](HWND hwnd, LPARAM data) -> BOOL {
-                auto* f = reinterpret_cast<Found*>(data);
-                DWORD pid = 0;
-                GetWindowThreadProcessId(hwnd, &pid);
-                if (pid == f->pid)
-                    f->hwnd = FindWindowExA(hwnd, nullptr, "PaperlarkTip", nullptr) ? hwnd : f->hwnd;
-                return f->hwnd == nullptr;
-            },
-            reinterpret_cast<LPARAM>(&found));
-        return found.hwnd != nullptr || !running();
-    }) && running();
+    return waitFor([&] { return trayWindow() != nullptr || !running(); }) && running();
+}
+
+HWND Session::trayWindow() const {
+    struct Search {
+        DWORD pid;
+        HWND tip = nullptr;
+    } search{process_.dwProcessId};
+    EnumWindows(
+        [](HWND hwnd, LPARAM data) -> BOOL {
+            auto* s = reinterpret_cast<Search*>(data);
+            DWORD pid = 0;
+            GetWindowThreadProcessId(hwnd, &pid);
+            if (pid == s->pid)
+                s->tip = FindWindowExA(hwnd, nullptr, "PaperlarkTip", nullptr);
+            return s->tip == nullptr;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.tip;
+}
+
+std::optional<DWORD> Session::waitForExit(std::chrono::milliseconds timeout) {
+    if (process_.hProcess == nullptr ||
+        WaitForSingleObject(process_.hProcess, static_cast<DWORD>(timeout.count())) != WAIT_OBJECT_0)
+        return std::nullopt;
+    DWORD code = 0;
+    GetExitCodeProcess(process_.hProcess, &code);
+    return code;
 }
 
 bool Session::running() const {
@@ -262,9 +296,7 @@ std::string Session::dropJob(const std::string& title, int number) {
 }
 
 std::string Session::queueMultiDoc(const std::string& title, int number) {
-    char digits[16];
-    snprintf(digits, sizeof digits, "%04d", number);
-    const std::string path = userSpool_ + "MultiDoc" + user_ + digits + ".ps";
+    const std::string path = userSpool_ + "MultiDoc" + user_ + std::to_string(number) + ".ps";
     writeFile(path, jobText(title));
     return path;
 }

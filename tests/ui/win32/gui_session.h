@@ -27,6 +27,8 @@ std::string windowText(HWND hwnd);
 std::string windowClass(HWND hwnd);
 // The first child of `parent` of that class whose text contains `text` (any case); null when none.
 HWND findChild(HWND parent, const std::string& className, const std::string& text = {});
+// The first visible descendant of `parent` of that class, at any depth; null when none.
+HWND findVisibleDescendant(HWND parent, const std::string& className);
 // The control's rectangle in its window's client coordinates.
 RECT clientRect(HWND parent, HWND control);
 
@@ -58,6 +60,11 @@ public:
     // A visible top-level window of the program of that class; null when there is none.
     HWND findWindow(const std::string& className) const;
     HWND waitForWindow(const std::string& className, std::chrono::milliseconds timeout = 15s) const;
+    // The hidden child of the resident form that receives the tray icon's messages; null before
+    // the program made it.
+    HWND trayWindow() const;
+    // Waits up to `timeout` for the program to end; its exit code, or nothing while it runs.
+    std::optional<DWORD> waitForExit(std::chrono::milliseconds timeout);
     // Answers the message box that the program shows by pressing the button of that id (IDYES...).
     bool answerMessageBox(int buttonId, std::string* prompt = nullptr);
 

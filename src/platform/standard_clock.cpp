@@ -1,6 +1,6 @@
-#include "platform/posix/posix_services.h"
+#include "platform/standard_clock.h"
 
-namespace pl::platform::posix {
+namespace pl::platform {
 
 std::chrono::system_clock::time_point SystemClock::now() const {
     return std::chrono::system_clock::now();
@@ -22,4 +22,4 @@ double UniformRandom::next() {
     }
 }
 
-} // namespace pl::platform::posix
+} // namespace pl::platform
