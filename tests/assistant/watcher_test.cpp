@@ -2,41 +2,20 @@
 // change service answering repeated searches, and reading the folders on every tick; both must
 // behave the same.
 
-#include "assistant_world.h"
+#include "watcher_fixture.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
-#include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
 
 namespace pl::test {
 namespace {
 
 namespace fs = std::filesystem;
 using namespace std::chrono_literals;
-
-class watcher : public ::testing::TestWithParam<bool> {
-protected:
-    // Starts a resident form in `w`, watching with the change service when the parameter says so.
-    std::unique_ptr<Resident> startIn(AssistantWorld& w) {
-        if (GetParam())
-            changes.push_back(platform::makeFolderChanges());
-        auto started = std::make_unique<Resident>(w, w.takenFolder, GetParam() ? changes.back().get() : nullptr);
-        started->form.Form_Load();
-        EXPECT_TRUE(started->form.timerEnabled());
-        EXPECT_FALSE(w.state.quitRequested);
-        return started;
-    }
-    void start() { r = startIn(world); }
-
-    AssistantWorld world;
-    std::vector<std::unique_ptr<platform::FolderChanges>> changes;
-    std::unique_ptr<Resident> r;
-};
 
 INSTANTIATE_TEST_SUITE_P(cached_and_plain, watcher, ::testing::Bool(),
                          [](const ::testing::TestParamInfo<bool>& p) { return p.param ? "cached" : "plain"; });
@@ -110,25 +89,6 @@ TEST_P(watcher, jobs_are_handled_in_name_order_whatever_order_they_arrived_in) {
     }
     r->ticks(30);
     EXPECT_EQ(r->host.taken, expected);
-}
-
-TEST_P(watcher, files_that_are_not_the_users_own_plain_files_are_never_seen) {
-    start();
-    ASSERT_EQ(::mkfifo((world.machineFolder + "alice_0.ps").c_str(), 0600), 0);
-    fs::create_directory(world.machineFolder + "alice_1.ps");
-    writeJob(world.root.folder() + "elsewhere.ps");
-    fs::create_symlink(world.root.folder() + "elsewhere.ps", world.machineFolder + "alice_2.ps");
-    const bool root = ::geteuid() == 0;
-    if (root) {
-        writeJob(world.machineFolder + "alice_3.ps");
-        ASSERT_EQ(::chown((world.machineFolder + "alice_3.ps").c_str(), 65534, 65534), 0);
-    }
-    writeJob(world.machineFolder + "alice_9.ps");
-    r->ticks(3);
-    EXPECT_EQ(r->host.taken, std::vector<std::string>{world.machineFolder + "alice_9.ps"});
-    EXPECT_TRUE(world.view.messages.empty());
-    if (!root)
-        GTEST_SKIP() << "a file of another owner needs root to be made";
 }
 
 TEST_P(watcher, the_end_marker_ends_the_assistant_only_in_lower_case) {
