@@ -2,7 +2,7 @@
 // the test asks through the environment, which the converter passes on to it:
 //   PL_STANDIN_RECORD  file that receives every word of the command line, one per line, and for
 //                      an "@file" word also that file's lines, each after "@: "
-//   PL_STANDIN_MODE    "write" (default): writes a small PDF to -sOutputFile= and succeeds;
+//   PL_STANDIN_MODE    "write" (default): writes a small one-page PDF to -sOutputFile= and succeeds;
 //                      "fail": writes half a file, complains and exits with 1;
 //                      "hang": starts a copy of itself and both wait for ever
 //   PL_STANDIN_PIDS    file that receives the process ids of the hanging stand-in and its copy
@@ -103,6 +103,14 @@ int main() {
         fputs("Error: /undefined in nonsense\nOperand stack:\n", stderr);
         return 1;
     }
-    std::ofstream(std::filesystem::path(output), std::ios::binary) << "%PDF-1.4\n% written by the stand-in\n%%EOF\n";
+    // A whole PDF as far as the converter checks one: a page, and a trailer that points at an
+    // object (the first, right after the 9-byte header).
+    std::ofstream(std::filesystem::path(output), std::ios::binary)
+        << "%PDF-1.4\n"
+           "1 0 obj << /Type /Catalog /Pages 2 0 R >> endobj\n"
+           "2 0 obj << /Type /Pages /Kids [3 0 R] /Count 1 >> endobj\n"
+           "3 0 obj << /Type /Page /Parent 2 0 R /MediaBox [0 0 10 10] >> endobj\n"
+           "% written by the stand-in\n"
+           "startxref\n9\n%%EOF\n";
     return 0;
 }
