@@ -268,8 +268,8 @@ TEST_F(config_form, a_bar_in_the_machine_policy_locks_the_users_choices) {
         EXPECT_EQ(f.policy.locked(), c.locked);
         EXPECT_EQ(f.policy.shown(0), c.emailShown);
         // The page says what the job dialog does.
-        EXPECT_EQ(f.policy.shown(0), dialog::policyText(*registry).find("disableemail") == std::string::npos ||
-                                         dialog::policyText(*registry).find("enableemail") != std::string::npos);
+        EXPECT_EQ(f.policy.shown(0), dialog::policyText(registry).find("disableemail") == std::string::npos ||
+                                         dialog::policyText(registry).find("enableemail") != std::string::npos);
         EXPECT_EQ(f.policy.setUserChoice(3, PolicyChoice::Hide), !c.locked);
         f.cmdOk_Click();
         EXPECT_EQ(user("APol"), c.locked ? c.user : c.user + ",disabledesktop");
