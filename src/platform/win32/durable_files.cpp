@@ -33,8 +33,8 @@ bool isReadOnly(const std::string& path) {
         return true;
     // The permissions may still deny this user writing; a file that another program holds open
     // without sharing (a viewer showing the last result) is not read-only for that.
-    HANDLE h = CreateFileA(path.c_str(), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL,
-                           nullptr);
+    HANDLE h =
+        CreateFileA(path.c_str(), GENERIC_WRITE, kShareAll, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (h != INVALID_HANDLE_VALUE) {
         CloseHandle(h);
         return false;

@@ -20,8 +20,8 @@ PlainFileReader::PlainFileReader(std::string_view path) {
     // junction) is opened itself, not followed, and then refused below. Others may go on reading,
     // writing or renaming the file meanwhile: the job stays theirs.
     const std::string file(path);
-    HANDLE h = CreateFileA(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                           nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
+    HANDLE h = CreateFileA(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                           OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL | FILE_FLAG_OPEN_REPARSE_POINT, nullptr);
     if (h == INVALID_HANDLE_VALUE)
         return;
     // A device name ("NUL.ps", "COM1.ps") opens the device, a pipe name a pipe: only a file on a

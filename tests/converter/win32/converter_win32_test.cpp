@@ -214,7 +214,8 @@ TEST_F(ConverterWin32, ghostscript_named_by_gswin32c_gets_the_job_and_never_a_pa
 
     ASSERT_EQ(code, 0u);
     const std::string written = readFile(output);
-    EXPECT_TRUE(written.starts_with("%PDF-1.4\n") && written.ends_with("% written by the stand-in\nstartxref\n9\n%%EOF\n"))
+    EXPECT_TRUE(written.starts_with("%PDF-1.4\n") &&
+                written.ends_with("% written by the stand-in\nstartxref\n9\n%%EOF\n"))
         << written;
     EXPECT_FALSE(fs::exists(queued));
     EXPECT_FALSE(fs::exists(first));

@@ -2,6 +2,7 @@
 // (and kept as a picture in the test-artifacts folder), OK writing what was changed in the widgets
 // and Cancel writing nothing.
 
+#include "platform/suite_settings.h"
 #include "qt_world.h"
 #include "ui/qt_config/config_window.h"
 
@@ -39,7 +40,7 @@ struct ConfigScene {
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     }
     template <class W> W* find(const char* name) const { return window->findChild<W*>(QString::fromLatin1(name)); }
-    std::string user(const char* name) { return world.hives.registry().GetRegValue(pl::test::UserKey, name); }
+    std::string user(const char* name) { return world.hives.registry().GetRegValue(pl::platform::SuiteUserKey, name); }
 };
 
 } // namespace
