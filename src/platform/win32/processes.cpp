@@ -82,7 +82,7 @@ bool Win32Shell::execute(std::string_view verb, std::string_view file, std::stri
     const HINSTANCE result =
         ShellExecuteA(nullptr, verbText.empty() ? nullptr : verbText.c_str(), fileText.c_str(),
                       parameterText.empty() ? nullptr : parameterText.c_str(),
-                      folderText.empty() ? nullptr : folderText.c_str(), static_cast<int>(static_cast<int>(style)));
+                      folderText.empty() ? nullptr : folderText.c_str(), static_cast<int>(style));
     // Above 32 is success; the smaller numbers are the classic error codes.
     return reinterpret_cast<INT_PTR>(result) > 32;
 }
