@@ -1,18 +1,17 @@
 #include "actions_fixture.h"
 
-#include <cerrno>
-#include <csignal>
-#include <fcntl.h>
+#include "platform/paths.h"
+
 #include <filesystem>
 #include <sstream>
-#include <sys/file.h>
-#include <sys/wait.h>
 #include <thread>
-#include <unistd.h>
 
 namespace pl::test {
 
 namespace {
+
+// Folder values end in the system's separator, as the program writes them.
+const std::string sep(1, platform::PathSep);
 
 std::vector<RecordedCall> parseCalls(const std::string& record) {
     std::vector<RecordedCall> calls;
@@ -38,60 +37,18 @@ std::vector<RecordedCall> parseCalls(const std::string& record) {
 
 } // namespace
 
-FileHolder::FileHolder(const std::string& path, Lock kind) {
-    int ready[2], release[2];
-    if (::pipe(ready) != 0 || ::pipe(release) != 0)
-        return;
-    const pid_t pid = ::fork();
-    if (pid == 0) {
-        ::close(ready[0]);
-        ::close(release[1]);
-        const int fd = ::open(path.c_str(), O_RDWR);
-        bool locked = false;
-        if (fd >= 0 && kind == Lock::Flock) {
-            locked = ::flock(fd, LOCK_EX) == 0;
-        } else if (fd >= 0) {
-            struct flock lock {};
-            lock.l_type = F_WRLCK;
-            lock.l_whence = SEEK_SET;
-            locked = ::fcntl(fd, F_SETLKW, &lock) == 0;
-        }
-        const char answer = locked ? '1' : '0';
-        (void)::write(ready[1], &answer, 1);
-        char ignored;
-        (void)::read(release[0], &ignored, 1); // until the test closes its end
-        ::_exit(0);
-    }
-    ::close(ready[1]);
-    ::close(release[0]);
-    pid_ = pid;
-    release_ = release[1];
-    char answer = '0';
-    holding_ = pid > 0 && ::read(ready[0], &answer, 1) == 1 && answer == '1';
-    ::close(ready[0]);
-}
-
-FileHolder::~FileHolder() {
-    if (release_ >= 0)
-        ::close(release_);
-    if (pid_ > 0) {
-        int status = 0;
-        while (::waitpid(pid_, &status, 0) < 0 && errno == EINTR) {
-        }
-    }
-}
-
 ActionsFixture::ActionsFixture() {
     recordFile = root.folder() + "calls.txt";
     tempFolder = root.folder() + "tmp";
-    desktop = root.folder() + "desktop/";
-    out = root.folder() + "out/";
+    desktop = root.folder() + "desktop" + sep;
+    out = root.folder() + "out" + sep;
     std::filesystem::create_directories(tempFolder);
     std::filesystem::create_directories(out);
     env.set("RECORDING_CONVERTER_LOG", recordFile);
     env.set("TMPDIR", tempFolder);
+    env.set("TEMP", tempFolder);
     // The suite folder ("pldir") is where the converter is looked for ("plDir", the same value).
-    std::filesystem::copy_file(RECORDING_CONVERTER, suite + "paperlark");
+    std::filesystem::copy_file(RECORDING_CONVERTER, suite + CONVERTER_FILE);
     writeProfile(suite, "High Quality.plp");
 }
 

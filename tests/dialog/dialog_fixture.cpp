@@ -3,18 +3,25 @@
 #include "dialog/settings.h"
 #include "platform/registry.h"
 
+#include "platform/paths.h"
+
 #include <filesystem>
 
 namespace pl::test {
 
+namespace {
+// Folder values end in the system's separator, as the program writes them.
+const std::string sep(1, platform::PathSep);
+} // namespace
+
 DialogFixture::DialogFixture() {
-    machineSpool = root.folder() + "machine/";
-    userSpool = root.folder() + "spool/";
-    suite = root.folder() + "suite/";
+    machineSpool = root.folder() + "machine" + sep;
+    userSpool = root.folder() + "spool" + sep;
+    suite = root.folder() + "suite" + sep;
     home = root.folder() + "home";
-    userProfiles = home + "/Paperlark/";
-    for (const auto& folder : {machineSpool, userSpool, suite, userProfiles, root.folder() + "desktop/",
-                               root.folder() + "config/", root.folder() + "data/"})
+    userProfiles = home + sep + "Paperlark" + sep;
+    for (const auto& folder : {machineSpool, userSpool, suite, userProfiles, root.folder() + "desktop" + sep,
+                               root.folder() + "config" + sep, root.folder() + "data" + sep})
         std::filesystem::create_directories(folder);
 
     // Everything the program may look at lies in the temporary folder.
