@@ -1,4 +1,5 @@
 #include "actions_fixture.h"
+#include "platform/paths.h"
 
 #include <filesystem>
 
@@ -21,7 +22,7 @@ TEST_F(automatic_actions, a_job_naming_its_profile_runs_the_profiles_action_with
         bool queued = false;
     };
     const Case cases[] = {
-        {"PLASSIST=SaveDir\r\nplassist2=" + archive + "\r\n", "delps,save,nocode", archive + "/Report (1).pdf"},
+        {"PLASSIST=SaveDir\r\nplassist2=" + archive + "\r\n", "delps,save,nocode", archive + platform::PathSep + "Report (1).pdf"},
         {"plassist=savedir\r\nplassist2=   \r\n", "", ""},
         {"plassist=savefile\r\nplassist2=" + out + "fix.pdf\r\nplassist3=kept along\r\n", "delps,save,nocode",
          out + "fix.pdf"},
@@ -68,7 +69,7 @@ TEST_F(automatic_actions, a_savedir_folder_from_an_8bit_profile_keeps_its_umlaut
     openWithActions();
     const auto calls = waitForCalls(1);
     ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].args[3], folder + "/Report.pdf");
+    EXPECT_EQ(calls[0].args[3], folder + platform::PathSep + "Report.pdf");
 }
 
 TEST_F(automatic_actions, the_users_default_action_wins_over_the_machines_unless_unknown) {
