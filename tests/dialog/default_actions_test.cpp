@@ -22,7 +22,8 @@ TEST_F(automatic_actions, a_job_naming_its_profile_runs_the_profiles_action_with
         bool queued = false;
     };
     const Case cases[] = {
-        {"PLASSIST=SaveDir\r\nplassist2=" + archive + "\r\n", "delps,save,nocode", archive + platform::PathSep + "Report (1).pdf"},
+        {"PLASSIST=SaveDir\r\nplassist2=" + archive + "\r\n", "delps,save,nocode",
+         archive + platform::PathSep + "Report (1).pdf"},
         {"plassist=savedir\r\nplassist2=   \r\n", "", ""},
         {"plassist=savefile\r\nplassist2=" + out + "fix.pdf\r\nplassist3=kept along\r\n", "delps,save,nocode",
          out + "fix.pdf"},

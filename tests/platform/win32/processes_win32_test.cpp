@@ -135,9 +135,9 @@ TEST(processes_win32, the_shell_opens_a_document_with_its_registered_program) {
     const std::string record = dir.folder() + "opened.txt";
     Registry& r = reg.registry();
     ASSERT_EQ(r.SetRegValue("HKCR\\.pltest", "", "pltestfile"), "True");
-    ASSERT_EQ(r.SetRegValue("HKCR\\pltestfile\\shell\\open\\command", "",
-                            helper() + " opened \"" + record + "\" \"%1\""),
-              "True");
+    ASSERT_EQ(
+        r.SetRegValue("HKCR\\pltestfile\\shell\\open\\command", "", helper() + " opened \"" + record + "\" \"%1\""),
+        "True");
     const std::string document = dir.write("Bericht Größe.pltest", "x");
     Win32Shell shell;
     EXPECT_TRUE(shell.execute("open", document, "", dir.folder(), WindowStyle::NormalFocus));
