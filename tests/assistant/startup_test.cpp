@@ -2,6 +2,8 @@
 
 #include "assistant_world.h"
 
+#include "platform/paths.h"
+
 #include <gtest/gtest.h>
 
 #include <chrono>
@@ -72,7 +74,8 @@ TEST(startup, an_unwritable_user_spool_folder_is_replaced_by_the_local_folder_an
         Resident s(world, world.takenFolder);
         s.form.Form_Load();
 
-        const std::string expected = writable ? world.userFolder : world.localAppData + "Paperlark_XP/";
+        const std::string expected =
+            writable ? world.userFolder : world.localAppData + "Paperlark_XP" + platform::PathSep;
         EXPECT_EQ(world.state.PsDirUser, expected);
         EXPECT_EQ(world.user("psdir"), expected);
         EXPECT_FALSE(fs::exists(expected + "test.txt")) << "the writability probe is removed again";

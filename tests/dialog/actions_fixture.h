@@ -7,6 +7,7 @@
 #include "dialog_fixture.h"
 
 #include <chrono>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -24,8 +25,8 @@ public:
     bool holding() const { return holding_; }
 
 private:
-    int pid_ = -1;
-    int release_ = -1; // closing it lets the holder end
+    struct Held; // how the system's own kind of holding is done
+    std::unique_ptr<Held> held_;
     bool holding_ = false;
 };
 

@@ -91,11 +91,11 @@ TEST_F(converter_call, with_an_empty_profile_list_the_profile_argument_is_empty)
 }
 
 TEST_F(converter_call, a_missing_converter_is_announced_and_the_job_keeps_its_private_name) {
-    fs::remove(suite + "paperlark");
+    fs::remove(suite + CONVERTER_FILE);
     offerMachineJob("Report", "anna0002.ps");
     auto& d = openWithActions();
     d.actions().cmdEmail_Click();
-    expectOneWarning("paperlark not found"); // named as the program is called here
+    expectOneWarning(CONVERTER_FILE " not found"); // named as the program is called here
     EXPECT_FALSE(d.form().loaded);
     EXPECT_FALSE(state.DialogActive);
     EXPECT_TRUE(fs::exists(state.PsFile));

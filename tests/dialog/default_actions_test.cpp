@@ -1,4 +1,5 @@
 #include "actions_fixture.h"
+#include "platform/paths.h"
 
 #include <filesystem>
 
@@ -21,7 +22,8 @@ TEST_F(automatic_actions, a_job_naming_its_profile_runs_the_profiles_action_with
         bool queued = false;
     };
     const Case cases[] = {
-        {"PLASSIST=SaveDir\r\nplassist2=" + archive + "\r\n", "delps,save,nocode", archive + "/Report (1).pdf"},
+        {"PLASSIST=SaveDir\r\nplassist2=" + archive + "\r\n", "delps,save,nocode",
+         archive + platform::PathSep + "Report (1).pdf"},
         {"plassist=savedir\r\nplassist2=   \r\n", "", ""},
         {"plassist=savefile\r\nplassist2=" + out + "fix.pdf\r\nplassist3=kept along\r\n", "delps,save,nocode",
          out + "fix.pdf"},
@@ -68,7 +70,7 @@ TEST_F(automatic_actions, a_savedir_folder_from_an_8bit_profile_keeps_its_umlaut
     openWithActions();
     const auto calls = waitForCalls(1);
     ASSERT_EQ(calls.size(), 1u);
-    EXPECT_EQ(calls[0].args[3], folder + "/Report.pdf");
+    EXPECT_EQ(calls[0].args[3], folder + platform::PathSep + "Report.pdf");
 }
 
 // An account without a desktop folder, or a profile naming a folder not made yet: the folder is
@@ -83,13 +85,13 @@ TEST_F(automatic_actions, a_missing_desktop_or_savedir_folder_is_made_for_the_jo
     EXPECT_EQ(calls[0].args[3], desktop + "Report.pdf");
     EXPECT_TRUE(fs::is_directory(desktop));
 
-    const std::string folder = root.folder() + "Archiv/2026/Rechnungen";
+    const std::string folder = root.folder() + "Archiv" + platform::PathSep + "2026" + platform::PathSep + "Rechnungen";
     root.write("suite/Archiv.plp", "-sDEVICE=pdfwrite\r\nplassist=savedir\r\nplassist2=" + folder + "\r\n");
     offerMachineJob("Report", "anna2~profile~Archiv.ps");
     openWithActions();
     calls = waitForCalls(2);
     ASSERT_EQ(calls.size(), 2u);
-    EXPECT_EQ(calls[1].args[3], folder + "/Report.pdf");
+    EXPECT_EQ(calls[1].args[3], folder + platform::PathSep + "Report.pdf");
     EXPECT_TRUE(fs::is_directory(folder));
 }
 

@@ -5,7 +5,9 @@
 // forms: the scripted view of the form-model tests or the real Qt view.
 
 #include "forms/context.h"
+#include "platform/paths.h"
 #include "platform/platform.h"
+#include "platform/program_names.h"
 #include "support/recording_errors.h"
 #include "support/scoped_env.h"
 #include "support/temp_dir.h"
@@ -30,8 +32,8 @@ struct RecordedCall {
 template <class ViewT> class JobWorld {
 public:
     JobWorld() {
-        for (const auto& folder : {machineSpool, userSpool, suite, userProfiles, desktop, root.folder() + "config/",
-                                   root.folder() + "data/", root.folder() + "run/"})
+        for (const auto& folder : {machineSpool, userSpool, suite, userProfiles, desktop, root.folder() + "config",
+                                   root.folder() + "data", root.folder() + "run"})
             std::filesystem::create_directories(folder);
         std::filesystem::permissions(root.folder() + "run", std::filesystem::perms::owner_all);
         // Everything the program may look at lies in the temporary folder.
@@ -101,7 +103,7 @@ public:
     // The recording converter (a program that writes down how it was called) as the suite's converter.
     void installRecordingConverter(const std::string& program) {
         env.set("RECORDING_CONVERTER_LOG", root.folder() + "calls.txt");
-        std::filesystem::copy_file(program, suite + "paperlark");
+        std::filesystem::copy_file(program, suite + platform::programFileName("Paperlark.exe"));
     }
     // Its calls so far, after waiting until at least `count` have arrived (or a timeout): it is
     // started as a real process and not waited for.
@@ -139,12 +141,13 @@ public:
     TestRegistry hives; // first: every store made from the environment uses its hives
     TempDir root;
     ScopedEnv env;
-    std::string machineSpool = root.folder() + "machine/"; // PsDirMachine
-    std::string userSpool = root.folder() + "spool/";      // PsDirUser
-    std::string suite = root.folder() + "suite/";          // pldir: the installation's profiles
-    std::string home = root.folder() + "home";             // userprofile
-    std::string userProfiles = home + "/Paperlark/";
-    std::string desktop = root.folder() + "desktop/"; // as the shell folders name it
+    // Folder values end in the system's separator, as the program writes them.
+    std::string machineSpool = root.folder() + "machine" + platform::PathSep; // PsDirMachine
+    std::string userSpool = root.folder() + "spool" + platform::PathSep;      // PsDirUser
+    std::string suite = root.folder() + "suite" + platform::PathSep;          // pldir: the installation's profiles
+    std::string home = root.folder() + "home";                                // userprofile
+    std::string userProfiles = home + platform::PathSep + "Paperlark" + platform::PathSep;
+    std::string desktop = root.folder() + "desktop" + platform::PathSep; // as the shell folders name it
 
     std::unique_ptr<platform::Platform> os;
     platform::Registry& registry = hives.registry();

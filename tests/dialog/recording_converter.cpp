@@ -6,16 +6,17 @@
 // program. Each call is appended with one write, between "=== call" and "=== end" lines, so that a
 // reader never sees half a call.
 
+#include <cstdio>
 #include <cstdlib>
-#include <fcntl.h>
+#include <filesystem>
 #include <string>
-#include <unistd.h>
 
 int main(int argc, char** argv) {
     std::string record = "=== call\n";
     record += "program=" + std::string(argc > 0 ? argv[0] : "") + "\n";
-    char cwd[4096];
-    record += "folder=" + std::string(::getcwd(cwd, sizeof cwd) ? cwd : "?") + "\n";
+    std::error_code error;
+    const std::u8string cwd = std::filesystem::current_path(error).u8string();
+    record += "folder=" + (error ? std::string("?") : std::string(cwd.begin(), cwd.end())) + "\n";
     for (int i = 1; i < argc; ++i)
         record += "arg=" + std::string(argv[i]) + "\n";
     record += "=== end\n";
@@ -25,13 +26,14 @@ int main(int argc, char** argv) {
         logFile = named;
     else {
         const std::string self = argc > 0 ? argv[0] : "";
-        const std::size_t slash = self.rfind('/');
+        const std::size_t slash = self.find_last_of("/\\");
         logFile = (slash == std::string::npos ? std::string() : self.substr(0, slash + 1)) + "calls.txt";
     }
-    const int fd = ::open(logFile.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0644);
-    if (fd < 0)
+    // Unbuffered, so that the record goes out in one write at the end of the file.
+    std::FILE* file = std::fopen(logFile.c_str(), "ab");
+    if (!file)
         return 2;
-    const bool written = ::write(fd, record.data(), record.size()) == static_cast<ssize_t>(record.size());
-    ::close(fd);
-    return written ? 0 : 3;
+    std::setvbuf(file, nullptr, _IONBF, 0);
+    const bool written = std::fwrite(record.data(), 1, record.size(), file) == record.size();
+    return std::fclose(file) == 0 && written ? 0 : 3;
 }

@@ -1,4 +1,5 @@
 #include "naming/output_suffix.h"
+#include "platform/paths.h"
 
 #include "support/scoped_env.h"
 #include "support/temp_dir.h"
@@ -68,7 +69,8 @@ TEST_F(output_suffix, the_users_own_profile_wins_over_the_suites_found_in_any_ca
     EXPECT_EQ(load("IMAGES"), png);
     home.write("Paperlark/Images.plp", "-sDEVICE=jpeg");
     EXPECT_EQ(load("Images"), Format(".jpg", " - %02d"));
-    EXPECT_EQ(naming::profileFilePath("Images", real.services), home.folder() + "Paperlark/Images.plp");
+    EXPECT_EQ(naming::profileFilePath("Images", real.services),
+              home.folder() + "Paperlark" + platform::PathSep + "Images.plp");
 
     EXPECT_EQ(load("Nowhere"), pdf);
     // The suite folder may name environment variables.

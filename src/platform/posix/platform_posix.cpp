@@ -1,7 +1,7 @@
 #include "platform/platform.h"
-#include "platform/standard_clock.h"
 #include "platform/posix/posix_services.h"
 #include "platform/posix/registry/posix_registry.h"
+#include "platform/standard_clock.h"
 
 namespace pl::platform {
 

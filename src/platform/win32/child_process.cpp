@@ -123,8 +123,8 @@ ChildResult runAndWait(const std::vector<std::string>& argv, std::chrono::millis
         return result;
     }
     SetHandleInformation(readEnd.get(), HANDLE_FLAG_INHERIT, 0);
-    Handle nul(CreateFileA("NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, OPEN_EXISTING, 0,
-                           nullptr));
+    Handle nul(
+        CreateFileA("NUL", GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherit, OPEN_EXISTING, 0, nullptr));
 
     // Everything the program starts belongs to the job, and ending the job ends all of it.
     Handle job(CreateJobObjectA(nullptr, nullptr));

@@ -29,8 +29,8 @@ struct SearchResult {
 SearchResult search(std::string_view folder, std::string_view pattern, bool includeFolders, bool firstOnly) {
     SearchResult result;
     WIN32_FIND_DATAA data{};
-    HANDLE find = FindFirstFileExA(searchSpec(folder, pattern).c_str(), FindExInfoBasic, &data,
-                                   FindExSearchNameMatch, nullptr, 0);
+    HANDLE find = FindFirstFileExA(searchSpec(folder, pattern).c_str(), FindExInfoBasic, &data, FindExSearchNameMatch,
+                                   nullptr, 0);
     if (find == INVALID_HANDLE_VALUE) {
         // Nothing matched in a folder that could be read, or the folder could not be read at all.
         const DWORD error = GetLastError();

@@ -144,8 +144,8 @@ private:
         const auto before = folderIdentity(path);
         if (!before || !reportsAllChanges(path))
             return std::nullopt;
-        HANDLE change =
-            FindFirstChangeNotificationA(path.c_str(), FALSE, FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME);
+        HANDLE change = FindFirstChangeNotificationA(path.c_str(), FALSE,
+                                                     FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_DIR_NAME);
         if (change == INVALID_HANDLE_VALUE)
             return std::nullopt;
         // The notification follows whatever the path named when it was set up; if the path was

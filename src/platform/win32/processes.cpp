@@ -1,7 +1,8 @@
 #include "platform/win32/win32_services.h"
 
 #include <windows.h>
-#include <shellapi.h>
+
+#include <shellapi.h> // after windows.h, which it needs
 
 #include <cstdio>
 
@@ -79,10 +80,9 @@ bool Win32Shell::execute(std::string_view verb, std::string_view file, std::stri
     if (file.empty())
         return false;
     const std::string verbText(verb), fileText(file), parameterText(parameters), folderText(folder);
-    const HINSTANCE result =
-        ShellExecuteA(nullptr, verbText.empty() ? nullptr : verbText.c_str(), fileText.c_str(),
-                      parameterText.empty() ? nullptr : parameterText.c_str(),
-                      folderText.empty() ? nullptr : folderText.c_str(), static_cast<int>(static_cast<int>(style)));
+    const HINSTANCE result = ShellExecuteA(nullptr, verbText.empty() ? nullptr : verbText.c_str(), fileText.c_str(),
+                                           parameterText.empty() ? nullptr : parameterText.c_str(),
+                                           folderText.empty() ? nullptr : folderText.c_str(), static_cast<int>(style));
     // Above 32 is success; the smaller numbers are the classic error codes.
     return reinterpret_cast<INT_PTR>(result) > 32;
 }

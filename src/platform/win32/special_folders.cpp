@@ -1,7 +1,8 @@
 #include "platform/win32/win32_services.h"
 
 #include <windows.h>
-#include <shlobj.h>
+
+#include <shlobj.h> // after windows.h, which it needs
 
 namespace pl::platform::win32 {
 

@@ -36,8 +36,8 @@ public:
         const auto base = rootHandle(root);
         if (!base)
             return ERROR_INVALID_HANDLE;
-        return RegCreateKeyExA(*base, std::string(subKey).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access,
-                               nullptr, &key_, nullptr);
+        return RegCreateKeyExA(*base, std::string(subKey).c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, access, nullptr,
+                               &key_, nullptr);
     }
     HKEY get() const { return key_; }
 
@@ -139,8 +139,8 @@ long Win32Registry::deleteKey(RootKey root, std::string_view subKey, std::uint32
     // Windows refuses to delete a key with sub-keys, but not every implementation says so in the
     // same words (Wine answers "access denied"); asking first gives every caller the same answer.
     DWORD subKeys = 0;
-    if (const LONG result = RegQueryInfoKeyA(key.get(), nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr,
-                                             nullptr, nullptr, nullptr, nullptr, nullptr);
+    if (const LONG result = RegQueryInfoKeyA(key.get(), nullptr, nullptr, nullptr, &subKeys, nullptr, nullptr, nullptr,
+                                             nullptr, nullptr, nullptr, nullptr);
         result != ERROR_SUCCESS)
         return result;
     if (subKeys > 0)

@@ -3,6 +3,7 @@
 #include "platform/file_in_use.h"
 #include "platform/win32/win32_services.h"
 #include "support/temp_dir.h"
+#include "support/test_registry.h"
 
 #include <windows.h>
 
@@ -126,6 +127,23 @@ TEST(processes_win32, a_file_held_open_by_another_process_is_found_as_such_and_c
     EXPECT_FALSE(heldOpenElsewhere(job));
     EXPECT_TRUE(files.rename(job, dir.folder() + "moved.pdf"));
     EXPECT_FALSE(heldOpenElsewhere(dir.folder() + "missing.pdf"));
+}
+
+TEST(processes_win32, the_shell_opens_a_document_with_its_registered_program) {
+    TempDir dir;
+    test::TestRegistry reg; // the classes of this process are the test's own
+    const std::string record = dir.folder() + "opened.txt";
+    Registry& r = reg.registry();
+    ASSERT_EQ(r.SetRegValue("HKCR\\.pltest", "", "pltestfile"), "True");
+    ASSERT_EQ(
+        r.SetRegValue("HKCR\\pltestfile\\shell\\open\\command", "", helper() + " opened \"" + record + "\" \"%1\""),
+        "True");
+    const std::string document = dir.write("Bericht Größe.pltest", "x");
+    Win32Shell shell;
+    EXPECT_TRUE(shell.execute("open", document, "", dir.folder(), WindowStyle::NormalFocus));
+    ASSERT_TRUE(waitFor([&] { return !contents(record).empty(); }));
+    EXPECT_EQ(contents(record), document);
+    EXPECT_FALSE(shell.execute("open", dir.folder() + "missing.pltest", "", "", WindowStyle::NormalFocus));
 }
 
 } // namespace

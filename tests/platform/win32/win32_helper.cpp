@@ -3,6 +3,7 @@
 //   sleep MILLISECONDS    waits that long, then ends
 //   hold FILE READY       opens FILE without sharing deletion, creates READY, then waits to be ended
 //   lock NAME             takes the session lock NAME: exit code 0 when it got it, 1 when refused
+//   opened RECORD WORD    writes WORD to RECORD (a document handler that says what it was given)
 
 #include "platform/win32/win32_services.h"
 
@@ -48,6 +49,10 @@ int main(int argc, char** argv) {
     }
     if (mode == "hold" && argc == 4)
         return hold(argv[2], argv[3]);
+    if (mode == "opened" && argc == 4) {
+        std::ofstream(argv[2]) << argv[3];
+        return 0;
+    }
     if (mode == "lock" && argc == 3) {
         pl::platform::win32::Win32InstanceLock lock;
         return lock.acquire(argv[2]) ? 0 : 1;

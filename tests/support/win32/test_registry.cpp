@@ -62,16 +62,16 @@ void readTree(HKEY key, regfile::HiveKey& into) {
 struct TestRegistry::Store {
     Store() {
         static std::atomic<unsigned> counter{0};
-        const std::string name = "Software\\PaperlarkTests\\" + std::to_string(GetCurrentProcessId()) + "-" +
-                                 std::to_string(counter++);
+        const std::string name =
+            "Software\\PaperlarkTests\\" + std::to_string(GetCurrentProcessId()) + "-" + std::to_string(counter++);
         // Made below the user's real root (or below an outer test registry's), before any override.
-        if (RegCreateKeyExA(HKEY_CURRENT_USER, name.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
-                            &own, nullptr) != ERROR_SUCCESS)
+        if (RegCreateKeyExA(HKEY_CURRENT_USER, name.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS,
+                            nullptr, &own, nullptr) != ERROR_SUCCESS)
             throw std::runtime_error("cannot create the test's registry key");
         for (std::size_t i = 0; i < IsolatedRoots.size(); ++i) {
             const std::string rootName(regfile::rootLongName(IsolatedRoots[i]));
-            RegCreateKeyExA(own, rootName.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr, &roots[i],
-                            nullptr);
+            RegCreateKeyExA(own, rootName.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE, KEY_ALL_ACCESS, nullptr,
+                            &roots[i], nullptr);
         }
         active().push_back(this);
         turnRootsTo(this);
