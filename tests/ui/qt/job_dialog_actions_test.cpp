@@ -150,7 +150,7 @@ void JobDialogActionsTest::the_sort_dialogs_help_names_the_converter_as_called_h
     QVERIFY(help->text.contains(QStringLiteral("paperlark /m \"Output.pdf\" \"Input1\"")));
     QVERIFY(!help->text.contains(QStringLiteral(".exe")));
     QVERIFY(sortWentAway);
-    QCOMPARE(queueTitles(scene.world), (QStringList{"Anfang", "Ende"}));
+    QCOMPARE(scene.world.queueTitles(), (std::vector<std::string>{"Anfang", "Ende"}));
     QVERIFY(scene.window()->isVisible());
 }
 
