@@ -2,7 +2,6 @@
 // (and kept as a picture in the test-artifacts folder), OK writing what was changed in the widgets
 // and Cancel writing nothing.
 
-#include "platform/suite_settings.h"
 #include "qt_world.h"
 #include "ui/qt_config/config_window.h"
 
@@ -32,7 +31,7 @@ struct ConfigScene {
     void open() {
         window = std::make_unique<pl::qtui::ConfigWindow>();
         services =
-            std::make_unique<pl::Services>(pl::Services{*world.os, world.hives.registry(), world.errors, *window});
+            std::make_unique<pl::Services>(pl::Services{*world.os, world.registry, world.errors, *window});
         form = std::make_unique<pl::config::ConfigForm>(*services, *window);
         form->Form_Load();
         window->bind(*form);
@@ -40,7 +39,7 @@ struct ConfigScene {
         QVERIFY(QTest::qWaitForWindowExposed(window.get()));
     }
     template <class W> W* find(const char* name) const { return window->findChild<W*>(QString::fromLatin1(name)); }
-    std::string user(const char* name) { return world.hives.registry().GetRegValue(pl::platform::SuiteUserKey, name); }
+    std::string user(const char* name) { return world.user(name); }
 };
 
 } // namespace
