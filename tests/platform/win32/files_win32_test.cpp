@@ -46,8 +46,9 @@ TEST(files_win32, wildcard_search_finds_names_in_any_case_in_the_systems_order) 
         // the case order of "a.txt" and "A.PS" is the file system's business.
         auto first = files.findFirst(folder, pattern, withFolders);
         ASSERT_EQ(first.has_value(), !expected.empty()) << pattern;
-        if (first)
+        if (first) {
             EXPECT_EQ(first->name + (first->isFolder ? "\\" : ""), found.front()) << pattern;
+        }
         std::sort(found.begin(), found.end());
         std::vector<std::string> want = expected;
         std::sort(want.begin(), want.end());
