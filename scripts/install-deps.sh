@@ -13,10 +13,10 @@ packages=(
     nsis                                  # the Windows installer
     ghostscript poppler-utils             # the converter's engine and the tests' PDF checks
     qt6-base-dev qt6-base-dev-tools       # the Linux desktop front-end (Widgets, D-Bus notifications)
-    dbus                                  # the tests' private session bus (dbus-run-session)
+    dbus dbus-daemon                      # the tests' private session bus (dbus-run-session)
     fonts-dejavu-core                     # a font for the dialogs, also on machines without a desktop
     xdg-utils xvfb xauth
-    cups cups-client cups-bsd cups-filters # a real CUPS server for the printer tests
+    cups cups-daemon cups-client cups-bsd cups-filters # a real CUPS server (cupsd) for the printer tests
     dpkg-dev                              # cpack's dependency list for the Debian package
     libxml2-utils                         # the check of the Windows policy templates
 )
